@@ -1,0 +1,29 @@
+// The direct run: one configuration, from its file to a running emulator, without a window and
+// without a record of the editor.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "launch/emulator_values.h"
+#include "store/config_file.h"
+
+namespace velto {
+
+// What a direct run takes from a configuration.
+struct DirectConfig {
+    EmulatorSettings settings;
+    std::string commandLine;
+    bool internalIso = false;  // the emulator's own image driver
+};
+
+// Reads what the file's version carries. Nothing if a key that it should carry is missing or
+// empty: a direct run repairs no file.
+std::optional<DirectConfig> ReadDirectConfig(const CConfigFile& file);
+
+// Merges the plug-in lines of `<name>.dta` of the configuration folder into the registry, writes
+// the emulator's values and starts the emulator, without waiting for it. True if it was started.
+// Every refusal is reported by a message box; the plug-in lines stay merged all the same.
+bool RunDirect(const std::string& name);
+
+}  // namespace velto

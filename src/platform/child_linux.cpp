@@ -1,0 +1,94 @@
+#include "platform/child_linux.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <utility>
+
+#include "platform/retrying.h"
+
+// All but the plan's constructor runs behind the fork, where another thread may have held any
+// lock: only async-signal-safe calls.
+namespace velto::platform {
+namespace {
+
+constexpr int kExitFailedChild = 127;
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+    std::vector<char*> result;
+    result.reserve(texts.size() + 1);
+    for (auto& text : texts) result.push_back(text.data());
+    result.push_back(nullptr);
+    return result;
+}
+
+void CloseFrom(int first) {
+    if (close_range(static_cast<unsigned>(first), ~0U, 0) == 0) return;
+    // Kernels before 5.9 and some sandboxes don't have that call.
+    constexpr rlim_t kMost = 1U << 20U;  // the kernel's own limit, unless it was raised
+    rlimit limit{kMost, kMost};
+    static_cast<void>(getrlimit(RLIMIT_NOFILE, &limit));
+    const int end = static_cast<int>(std::min(limit.rlim_cur, kMost));
+    for (int number = first; number < end; ++number) close(number);
+}
+
+// Leaves descriptors 0 to 2 and the report pipe, which becomes `report`.
+bool ArrangeDescriptors(int& report) {
+    constexpr int kReport = STDERR_FILENO + 1;
+    if (report != kReport && dup3(report, kReport, O_CLOEXEC) < 0) return false;
+    report = kReport;
+    const int empty = open("/dev/null", O_RDONLY);
+    if (empty < 0 || dup2(empty, STDIN_FILENO) < 0) return false;
+    if (empty != STDIN_FILENO) close(empty);
+    CloseFrom(kReport + 1);
+    return true;
+}
+
+bool ResetSignals() {
+    struct sigaction action {};
+    action.sa_handler = SIG_DFL;
+    // Fails for those that can't be changed, which have the default already.
+    for (int number = 1; number < _NSIG; ++number) sigaction(number, &action, nullptr);
+    sigset_t none{};
+    sigemptyset(&none);
+    return sigprocmask(SIG_SETMASK, &none, nullptr) == 0;
+}
+
+bool TieToParent(pid_t parent) {
+    if (prctl(PR_SET_PDEATHSIG, SIGKILL) != 0) return false;
+    // A parent that ended before that call sends no signal any more.
+    if (getppid() != parent) _exit(kExitFailedChild);
+    return true;
+}
+
+}  // namespace
+
+ChildPlan::ChildPlan(std::vector<std::string> command, std::vector<std::string> variables)
+    : arguments(std::move(command)),
+      environment(std::move(variables)),
+      argument_pointers(Pointers(arguments)),
+      environment_pointers(Pointers(environment)),
+      parent(getpid()) {}
+
+void BecomeProgram(const ChildPlan& plan, int report) {
+    ChildFailure failure;
+    if (ArrangeDescriptors(report) && setsid() >= 0 &&
+        (!plan.ends_with_parent || TieToParent(plan.parent)) && ResetSignals()) {
+        failure.step = ChildFailure::Step::Folder;
+        if (plan.folder.empty() || chdir(plan.folder.c_str()) == 0) {
+            failure.step = ChildFailure::Step::Program;
+            execve(plan.arguments.front().c_str(), plan.argument_pointers.data(),
+                   plan.environment_pointers.data());
+        }
+    }
+    failure.error = errno;
+    static_cast<void>(Retrying([&] { return write(report, &failure, sizeof failure); }));
+    _exit(kExitFailedChild);
+}
+
+}  // namespace velto::platform

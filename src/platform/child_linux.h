@@ -1,0 +1,39 @@
+// The child's side of starting a program: what it does between fork and exec.
+// For the Linux form of the process service alone.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace velto::platform {
+
+// All that the child needs, laid out before the fork.
+struct ChildPlan {
+    // The program's absolute path and its arguments; "name=value" texts.
+    ChildPlan(std::vector<std::string> command, std::vector<std::string> variables);
+    ChildPlan(const ChildPlan&) = delete;
+    ChildPlan& operator=(const ChildPlan&) = delete;
+
+    std::vector<std::string> arguments;
+    std::vector<std::string> environment;
+    std::vector<char*> argument_pointers;  // into the texts above, with a null at the end
+    std::vector<char*> environment_pointers;
+    std::string folder;             // empty: the parent's
+    bool ends_with_parent = false;  // SIGKILL when the thread that forked ends
+    pid_t parent;
+};
+
+// What the child says through its report pipe if it can't become the program.
+struct ChildFailure {
+    enum class Step { Setup, Folder, Program };
+    Step step = Step::Setup;
+    int error = 0;  // an errno value
+};
+
+// Called in the child. `report` is the write end of a pipe, closed on exec; a ChildFailure goes
+// there, and the child ends.
+[[noreturn]] void BecomeProgram(const ChildPlan& plan, int report);
+
+}  // namespace velto::platform

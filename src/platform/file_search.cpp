@@ -1,0 +1,54 @@
+#include "platform/file_search.h"
+
+#include <algorithm>
+
+#include "platform/ascii.h"
+
+namespace velto::platform {
+namespace {
+
+bool IsRegular(FileService& files, const std::string& path) {
+    const auto info = files.Info(path);
+    return info.ok() && info.value().regular;
+}
+
+template <class Wanted>
+std::vector<std::string> Search(FileService& files, const std::string& folder, Wanted wanted) {
+    auto listed = files.List(folder);
+    if (!listed.ok()) return {};
+    auto& names = listed.value();
+    std::erase_if(names, [&](const std::string& name) {
+        return !wanted(name) || !IsRegular(files, JoinPath(folder, name));
+    });
+    std::sort(names.begin(), names.end(), LessIgnoringCase);
+    return names;
+}
+
+}  // namespace
+
+bool IsFileName(std::string_view name) {
+    constexpr std::string_view kSeparatorsAndNul("/\\\0", 3);
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of(kSeparatorsAndNul) == std::string_view::npos;
+}
+
+std::optional<std::string> FindFile(FileService& files, const std::string& folder,
+                                    std::string_view name) {
+    if (!IsFileName(name)) return {};
+    if (IsRegular(files, JoinPath(folder, name))) return std::string(name);
+    const auto found = Search(files, folder, [&](const std::string& candidate) {
+        return EqualsIgnoringCase(candidate, name);
+    });
+    if (found.empty()) return {};
+    return found.front();
+}
+
+std::vector<std::string> FindFilesEndingIn(FileService& files, const std::string& folder,
+                                           std::string_view ending) {
+    return Search(files, folder, [&](const std::string& candidate) {
+        return candidate.size() >= ending.size() &&
+               EqualsIgnoringCase(candidate.substr(candidate.size() - ending.size()), ending);
+    });
+}
+
+}  // namespace velto::platform

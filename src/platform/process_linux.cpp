@@ -1,0 +1,223 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <mutex>
+#include <string_view>
+#include <utility>
+
+#include "platform/ascii.h"
+#include "platform/child_linux.h"
+#include "platform/descriptor.h"
+#include "platform/environment.h"
+#include "platform/process.h"
+#include "platform/retrying.h"
+
+namespace velto::platform {
+namespace {
+
+// Keeps this process's signal handlers from running in the child.
+class SignalsBlocked {
+  public:
+    SignalsBlocked() {
+        sigset_t all{};
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &previous_);
+    }
+    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+  private:
+    sigset_t previous_{};
+};
+
+// Children that nobody has waited for. What is left of those that have ended is collected when
+// the next child is started, so that a long-lived process doesn't gather zombies.
+class Strays {
+  public:
+    void Add(pid_t child) {
+        const std::lock_guard lock(mutex_);
+        children_.push_back(child);
+    }
+    void Collect() {
+        const std::lock_guard lock(mutex_);
+        std::erase_if(children_, [](pid_t child) { return waitpid(child, nullptr, WNOHANG) != 0; });
+    }
+
+  private:
+    std::mutex mutex_;
+    std::vector<pid_t> children_;
+};
+
+Result<ExitStatus> WaitFor(pid_t child, const std::string& program) {
+    int status = 0;
+    if (Retrying([&] { return waitpid(child, &status, 0); }) < 0) return SystemError(program);
+    if (WIFEXITED(status)) return ExitStatus{true, WEXITSTATUS(status)};
+    return ExitStatus{false, WTERMSIG(status)};
+}
+
+class LinuxChild : public ChildProcess {
+  public:
+    LinuxChild(pid_t child, std::string program, std::shared_ptr<Strays> strays)
+        : child_(child), program_(std::move(program)), strays_(std::move(strays)) {}
+    ~LinuxChild() override {
+        if (!waited_) strays_->Add(child_);
+    }
+    LinuxChild(const LinuxChild&) = delete;
+    LinuxChild& operator=(const LinuxChild&) = delete;
+
+    int id() const override { return child_; }
+
+    Result<ExitStatus> Wait() override {
+        if (std::exchange(waited_, true)) {
+            return Error{ErrorKind::Other, program_, "The program has been waited for"};
+        }
+        return WaitFor(child_, program_);
+    }
+
+  private:
+    pid_t child_;
+    std::string program_;
+    std::shared_ptr<Strays> strays_;
+    bool waited_ = false;
+};
+
+Status CheckProgram(const std::string& path) {
+    // A bare name is one that isn't on the PATH.
+    if (path.find('/') == std::string::npos) return SystemError(path, ENOENT);
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) return SystemError(path);
+    if (S_ISDIR(status.st_mode)) return SystemError(path, EISDIR);
+    if (!S_ISREG(status.st_mode)) {
+        return Error{ErrorKind::Unsuitable, path, "Not a regular file"};
+    }
+    return {};
+}
+
+// Whether the existing file `path` is named `*.exe` and begins with the mark of such programs.
+bool NeedsRunner(const std::string& path) {
+    constexpr std::string_view kSuffix = ".exe";
+    constexpr std::string_view kMark = "MZ";
+    const auto stem = path.size() - std::min(path.size(), kSuffix.size());
+    if (!EqualsIgnoringCase(std::string_view{path}.substr(stem), kSuffix)) return false;
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!file.valid()) return false;  // the attempt to run it tells why
+    std::array<char, kMark.size()> start{};
+    return read(file.get(), start.data(), start.size()) == std::ssize(kMark) &&
+           std::string_view(start.data(), start.size()) == kMark;
+}
+
+Error ToError(const ChildFailure& failure, const ChildPlan& plan) {
+    if (failure.step == ChildFailure::Step::Folder) return SystemError(plan.folder, failure.error);
+    const auto& program = plan.arguments.front();
+    if (failure.step == ChildFailure::Step::Program && failure.error == ENOENT) {
+        return {ErrorKind::NotFound, program, "The file or its interpreter isn't there"};
+    }
+    return SystemError(program, failure.error);
+}
+
+class LinuxProcesses : public ProcessService {
+  public:
+    explicit LinuxProcesses(const Environment& environment) : environment_(environment) {}
+
+    Result<std::unique_ptr<ChildProcess>> Start(const ProcessRequest& request) override {
+        strays_->Collect();
+        auto command = CommandOf(request);
+        if (!command.ok()) return command.error();
+        ChildPlan plan(std::move(command).value(), ChildEnvironment());
+        plan.folder = request.folder;
+        plan.ends_with_parent = request.ends_with_parent;
+        return Fork(plan);
+    }
+
+  private:
+    // The program and its arguments.
+    Result<std::vector<std::string>> CommandOf(const ProcessRequest& request) const {
+        for (const auto* text : {&request.file, &request.parameters, &request.folder}) {
+            if (text->find('\0') != std::string::npos) {
+                return Error{ErrorKind::Malformed, request.file, "A text holds a NUL"};
+            }
+        }
+        if (auto there = CheckProgram(request.file); !there.ok()) return there.error();
+        std::vector<std::string> command;
+        // The child changes its folder before it looks for the file.
+        std::error_code error;
+        command.push_back(std::filesystem::absolute(request.file, error).string());
+        if (error) return SystemError(request.file, error.value());
+        if (NeedsRunner(request.file)) {
+            const auto& runner = environment_.runner;
+            if (runner.empty()) {
+                return Error{ErrorKind::Unsuitable, request.file,
+                             "It needs a runner, and VELTO_RUNNER names none"};
+            }
+            if (auto there = CheckProgram(runner); !there.ok()) return there.error();
+            command.insert(command.begin(), runner);
+        }
+        for (auto& argument : SplitParameters(request.parameters)) {
+            command.push_back(std::move(argument));
+        }
+        return command;
+    }
+
+    std::vector<std::string> ChildEnvironment() const {
+        const auto& own = environment_.child_variables;
+        std::vector<std::string> result;
+        for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+            const std::string_view text(*entry);
+            const auto name = text.substr(0, text.find('='));
+            const bool replaced = std::any_of(own.begin(), own.end(), [&](const auto& variable) {
+                return variable.first == name;
+            });
+            if (!replaced) result.emplace_back(text);
+        }
+        for (const auto& [name, value] : own)
+            result.push_back(std::string(name).append("=").append(value));
+        return result;
+    }
+
+    Result<std::unique_ptr<ChildProcess>> Fork(const ChildPlan& plan) const {
+        const auto& program = plan.arguments.front();
+        std::array<int, 2> ends{};
+        if (pipe2(ends.data(), O_CLOEXEC) != 0) return SystemError(program);
+        const Descriptor report(ends[0]);
+        Descriptor childs_end(ends[1]);
+
+        const pid_t child = [&] {
+            const SignalsBlocked blocked;
+            const pid_t forked = fork();
+            if (forked == 0) BecomeProgram(plan, childs_end.get());
+            return forked;
+        }();
+        if (child < 0) return SystemError(program);
+        childs_end.Reset();
+
+        // The pipe closes without a word when the child becomes the program.
+        ChildFailure failure{};
+        const auto told = Retrying([&] { return read(report.get(), &failure, sizeof failure); });
+        if (told == 0) {
+            return std::unique_ptr<ChildProcess>(
+                std::make_unique<LinuxChild>(child, program, strays_));
+        }
+        if (told < 0) return SystemError(program);
+        if (auto ended = WaitFor(child, program); !ended.ok()) return ended.error();
+        return ToError(failure, plan);
+    }
+
+    const Environment& environment_;
+    std::shared_ptr<Strays> strays_ = std::make_shared<Strays>();
+};
+
+}  // namespace
+
+std::unique_ptr<ProcessService> MakeProcessService(const Environment& environment) {
+    return std::make_unique<LinuxProcesses>(environment);
+}
+
+}  // namespace velto::platform

@@ -1,0 +1,45 @@
+#include "platform/registry.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/ascii.h"
+
+namespace velto::platform {
+namespace {
+
+constexpr std::array<std::string_view, 5> kRoots = {"HKEY_CLASSES_ROOT", "HKEY_CURRENT_USER",
+                                                    "HKEY_LOCAL_MACHINE", "HKEY_USERS",
+                                                    "HKEY_CURRENT_CONFIG"};
+
+}  // namespace
+
+RegistryValue StringValue(std::string_view text) {
+    return {RegistryType::String, std::string(text) + '\0'};
+}
+
+RegistryValue DwordValue(std::uint32_t number) {
+    std::string data;
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+        data += static_cast<char>(number >> shift & 0xFFU);
+    }
+    return {RegistryType::Dword, std::move(data)};
+}
+
+Status WriteValues(RegistryStore& store, std::span<const RegistryWrite> writes) {
+    auto transaction = store.Begin();
+    if (!transaction.ok()) return transaction.error();
+    for (const auto& write : writes) {
+        auto written = transaction.value()->SetValue(write.path, write.name, write.value);
+        if (!written.ok()) return written;
+    }
+    return transaction.value()->Commit();
+}
+
+bool HasKnownRoot(std::string_view path) {
+    const auto root = path.substr(0, path.find('\\'));
+    return std::any_of(kRoots.begin(), kRoots.end(),
+                       [&](std::string_view known) { return EqualsIgnoringCase(root, known); });
+}
+
+}  // namespace velto::platform

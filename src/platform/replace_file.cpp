@@ -1,0 +1,111 @@
+#include "platform/replace_file.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <charconv>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+namespace velto::platform {
+namespace {
+
+constexpr std::string_view kPrefix = "velto-";
+constexpr std::string_view kSuffix = ".new";
+constexpr unsigned kNewFileMode = 0644;
+
+std::string TemporaryName() {
+    static std::atomic<unsigned> counter = 0;
+    return std::string(kPrefix) + std::to_string(getpid()) + "-" + std::to_string(counter++) +
+           std::string(kSuffix);
+}
+
+// The process that a temporary's name tells; nothing if it is no such name.
+std::optional<pid_t> OwnerOf(std::string_view name) {
+    if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix)) return {};
+    name.remove_prefix(kPrefix.size());
+    name.remove_suffix(kSuffix.size());
+    pid_t owner = 0;
+    unsigned count = 0;
+    const char* const end = name.data() + name.size();
+    const auto number = std::from_chars(name.data(), end, owner);
+    if (number.ec != std::errc() || owner <= 0 || number.ptr == end || *number.ptr != '-')
+        return {};
+    const auto rest = std::from_chars(number.ptr + 1, end, count);
+    if (rest.ec != std::errc() || rest.ptr != end) return {};
+    return owner;
+}
+
+bool IsGone(pid_t process) {
+    return kill(process, 0) != 0 && errno == ESRCH;
+}
+
+}  // namespace
+
+FileReplacement::FileReplacement(FileService& files, std::string target, std::string temporary,
+                                 std::unique_ptr<FileWriter> writer)
+    : files_(files),
+      target_(std::move(target)),
+      temporary_(std::move(temporary)),
+      writer_(std::move(writer)) {}
+
+Result<std::unique_ptr<FileReplacement>> FileReplacement::Begin(FileService& files,
+                                                                const std::string& path) {
+    std::string target = path;
+    unsigned mode = kNewFileMode;
+    const auto old = files.Info(path);
+    if (old.ok()) {
+        if (!old.value().regular) return Error{ErrorKind::Unsuitable, path, "not a regular file"};
+        if (auto writable = files.CheckWritable(path); !writable.ok()) return writable.error();
+        auto real = files.RealPath(path);
+        if (!real.ok()) return real.error();
+        target = std::move(real).value();
+        mode = old.value().mode;
+    } else if (old.error().kind != ErrorKind::NotFound) {
+        return old.error();
+    }
+
+    std::string temporary = JoinPath(FolderOf(target), TemporaryName());
+    auto writer = files.Create(temporary, mode);
+    if (!writer.ok()) return Error{writer.error().kind, path, writer.error().text};
+    return std::unique_ptr<FileReplacement>(new FileReplacement(
+        files, std::move(target), std::move(temporary), std::move(writer).value()));
+}
+
+FileReplacement::~FileReplacement() {
+    writer_.reset();
+    if (!renamed_) std::ignore = files_.Remove(temporary_);
+}
+
+Status FileReplacement::Write(std::string_view bytes) {
+    return writer_->Write(bytes);
+}
+
+Status FileReplacement::Commit() {
+    if (auto flushed = writer_->Flush(); !flushed.ok()) return flushed;
+    writer_.reset();
+    if (auto renamed = files_.Rename(temporary_, target_); !renamed.ok()) return renamed;
+    renamed_ = true;
+    return files_.FlushFolder(FolderOf(target_));
+}
+
+Status ReplaceFile(FileService& files, const std::string& path, std::string_view bytes) {
+    auto replacement = FileReplacement::Begin(files, path);
+    if (!replacement.ok()) return replacement.error();
+    if (auto written = replacement.value()->Write(bytes); !written.ok()) return written;
+    return replacement.value()->Commit();
+}
+
+void SweepTemporaries(FileService& files, const std::string& folder) {
+    const auto names = files.List(folder);
+    if (!names.ok()) return;
+    for (const auto& name : names.value()) {
+        const auto owner = OwnerOf(name);
+        if (owner && IsGone(*owner)) std::ignore = files.Remove(JoinPath(folder, name));
+    }
+}
+
+}  // namespace velto::platform

@@ -1,0 +1,212 @@
+#include "store/velto_settings.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+#include "platform/environment.h"
+#include "platform/message_box.h"
+#include "platform/process.h"
+#include "platform/stored_path.h"
+#include "store/list_text.h"
+
+namespace velto {
+namespace {
+
+using platform::DwordValue;
+using platform::RegistryKey;
+using platform::RegistryType;
+using platform::RegistryWrite;
+using platform::StringValue;
+
+constexpr char kSeparator = ';';
+
+// Bytes with the final NUL. A text that doesn't fit reads as empty.
+constexpr std::size_t kStringBuffer = 260;
+constexpr std::size_t kListBuffer = 1'000'000;
+
+// A longer list would read as empty, and the next change would lose it: it isn't written.
+bool IsReadableList(std::string_view text) {
+    return text.size() + 1 <= kListBuffer;
+}
+
+std::string CurrentUserKey(std::string_view path) {
+    return std::string(platform::kCurrentUser).append(path);
+}
+
+// Nothing if the value is missing, of another type, or doesn't fit.
+std::optional<std::string> ReadText(RegistryKey* key, std::string_view name, std::size_t buffer) {
+    if (key == nullptr) return {};
+    auto value = key->Query(name);
+    if (!value.ok() || value.value().type != RegistryType::String) return {};
+    auto& data = value.value().data;
+    if (data.size() > buffer) return {};
+    data.resize(std::min(data.find('\0'), data.size()));
+    if (data.size() + 1 > buffer) return {};
+    return std::move(data);
+}
+
+// Nothing if the value is of another type.
+std::optional<std::uint32_t> ToNumber(const platform::RegistryValue& value) {
+    if (value.type != RegistryType::Dword || value.data.size() != 4) return {};
+    std::uint32_t number = 0;
+    for (std::size_t i = 4; i-- > 0;) {
+        number = number << 8 | static_cast<unsigned char>(value.data[i]);
+    }
+    return number;
+}
+
+// Values of one key, written together.
+void Write(std::string_view key,
+           std::initializer_list<std::pair<const char*, platform::RegistryValue>> values) {
+    std::vector<RegistryWrite> writes;
+    for (const auto& [name, value] : values) writes.push_back({CurrentUserKey(key), name, value});
+    std::ignore = platform::WriteValues(platform::Registry(), writes);
+}
+
+// Nothing if the editor can't be started; else whether it reports success.
+std::optional<bool> RunRegistryEditor(const std::string& parameters, const std::string& folder) {
+    platform::ProcessRequest request;
+    request.file = platform::HostEnvironment().registry_editor;
+    request.parameters = parameters;
+    request.folder = folder;
+    request.ends_with_parent = true;
+    const auto child = platform::Processes().Start(request);
+    if (!child.ok()) return {};
+    const auto ended = child.value()->Wait();
+    return ended.ok() && ended.value().success();
+}
+
+}  // namespace
+
+CVeltoSettings::CVeltoSettings() {
+    auto key = platform::Registry().CreateKey(CurrentUserKey(kSettingsKey));
+    if (key.ok()) key_ = std::move(key).value();
+}
+
+std::string CVeltoSettings::GetEmulatorFolder() const {
+    return platform::StoredFolder(GetEmulatorPath());
+}
+
+std::string CVeltoSettings::GetBatardFolder() const {
+    return platform::StoredFolder(GetBatardPath());
+}
+
+std::string CVeltoSettings::GetPluginFolder() const {
+    const auto folder = GetEmulatorFolder();
+    if (folder.empty()) return {};
+    return folder + "plugins" + platform::StoredSeparator(folder);
+}
+
+CVeltoSettings::WindowSize CVeltoSettings::GetWindowSize() const {
+    return {ReadDword("cx", 0), ReadDword("cy", 0)};
+}
+
+void CVeltoSettings::SetWindowSize(std::uint32_t cx, std::uint32_t cy) {
+    Write(kSettingsKey, {{"cx", DwordValue(cx)}, {"cy", DwordValue(cy)}});
+}
+
+CVeltoSettings::WindowPos CVeltoSettings::GetWindowPos() const {
+    return {static_cast<std::int32_t>(ReadDword("x", 0)),
+            static_cast<std::int32_t>(ReadDword("y", 0))};
+}
+
+void CVeltoSettings::SetWindowPos(std::int32_t x, std::int32_t y) {
+    Write(kSettingsKey, {{"x", DwordValue(static_cast<std::uint32_t>(x))},
+                         {"y", DwordValue(static_cast<std::uint32_t>(y))}});
+}
+
+void CVeltoSettings::AddGroup(const std::string& name, const std::string& parent) {
+    auto groups = GetGroups();
+    auto parents = GetParents();
+    groups.push_back(name);
+    parents.push_back(parent);
+    SetGroups(groups, parents);
+}
+
+void CVeltoSettings::RemoveGroup(const std::string& name, const std::string& parent) {
+    auto groups = GetGroups();
+    auto parents = GetParents();
+    for (std::size_t i = std::min(groups.size(), parents.size()); i-- > 0;) {
+        if (groups[i] != name || parents[i] != parent) continue;
+        groups.erase(groups.begin() + static_cast<std::ptrdiff_t>(i));
+        parents.erase(parents.begin() + static_cast<std::ptrdiff_t>(i));
+    }
+    SetGroups(groups, parents);
+}
+
+void CVeltoSettings::SetGroups(const std::vector<std::string>& groups,
+                               const std::vector<std::string>& parents) {
+    const auto groups_text = TerminateList(groups, kSeparator);
+    const auto parents_text = TerminateList(parents, kSeparator);
+    if (!IsReadableList(groups_text) || !IsReadableList(parents_text)) return;
+    Write(kSettingsKey,
+          {{"groups", StringValue(groups_text)}, {"parents", StringValue(parents_text)}});
+}
+
+bool CVeltoSettings::IsExcluded(std::string_view fileName) const {
+    const auto entries = GetExclusionList();
+    return std::find(entries.begin(), entries.end(), fileName) != entries.end();
+}
+
+bool CVeltoSettings::HasExclusionList() const {
+    if (!key_) return false;
+    const auto value = key_->Query("excluded");
+    return value.ok() && value.value().type == RegistryType::String;
+}
+
+void CVeltoSettings::SetExclusionList(const std::vector<std::string>& entries) {
+    const auto text = TerminateList(entries, kSeparator);
+    if (IsReadableList(text)) WriteString("excluded", text);
+}
+
+bool CVeltoSettings::IsLogWindowOn() const {
+    const auto key = platform::Registry().OpenKey(CurrentUserKey(kEmulatorConfigKey));
+    return !key.ok() || ReadText(key.value().get(), "nodebug", kStringBuffer) != "0";
+}
+
+// The emulator knows the flag by the first name and reads it by the second.
+void CVeltoSettings::SetLogWindow(bool on) {
+    const auto flag = StringValue(on ? "1" : "0");
+    Write(kEmulatorConfigKey, {{"Logswindow", flag}, {"nodebug", flag}});
+}
+
+int CVeltoSettings::BackupBranch(const std::string& key, const std::string& file,
+                                 const std::string& folder) {
+    if (RunRegistryEditor("/E " + platform::QuoteParameter(file) + " " + key, folder)) return 0;
+    platform::Boxes().Show({"Unable to backup " + key + " settings", "Error"});
+    return -1;
+}
+
+int CVeltoSettings::RestoreFile(const std::string& file, const std::string& folder) {
+    const auto merged = RunRegistryEditor(" /S " + platform::QuoteParameter(file), folder);
+    if (!merged) platform::Boxes().Show({"Unable to restore settings", "Error"});
+    return merged.value_or(false) ? 0 : -1;
+}
+
+std::string CVeltoSettings::ReadString(std::string_view name) const {
+    return ReadText(key_.get(), name, kStringBuffer).value_or("");
+}
+
+std::vector<std::string> CVeltoSettings::ReadList(std::string_view name) const {
+    return SplitList(ReadText(key_.get(), name, kListBuffer).value_or(""), kSeparator);
+}
+
+std::uint32_t CVeltoSettings::ReadDword(std::string_view name, std::uint32_t missing) const {
+    if (!key_) return missing;
+    const auto value = key_->Query(name);
+    if (!value.ok()) return missing;
+    return ToNumber(value.value()).value_or(missing);
+}
+
+void CVeltoSettings::WriteString(std::string_view name, std::string_view text) {
+    if (key_) std::ignore = key_->Set(name, StringValue(text));
+}
+
+void CVeltoSettings::WriteDword(std::string_view name, std::uint32_t number) {
+    if (key_) std::ignore = key_->Set(name, DwordValue(number));
+}
+
+}  // namespace velto

@@ -1,0 +1,42 @@
+// Any bytes as registry text: what is read mustn't depend on the pieces in which the file comes,
+// and written out it must read the same again, without a line that is skipped.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include "../regedit/recorded_text.h"
+#include "regedit/text_parser.h"
+#include "regedit/text_writer.h"
+
+namespace {
+
+void Demand(bool holds, std::string_view what, std::string_view text) {
+    if (holds) return;
+    std::cerr << what << ":\n" << text << '\n';
+    std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using velto::test::Parse;
+    const std::string text(data, data + size);
+    const auto parsed = Parse(text, 3);
+    Demand(parsed == Parse(text), "the pieces matter", text);
+
+    std::string written;
+    velto::regedit::TextWriter writer([&](std::string_view piece) {
+        written += piece;
+        return velto::platform::Status();
+    });
+    velto::test::TextReader reader(text);
+    const bool known = velto::regedit::ParseRegistryText(reader, writer).ok();
+    Demand(known == parsed.known, "a second parse differs", text);
+    Demand(writer.Finish().ok(), "the writer fails", text);
+    const velto::test::Parsed expected{true, 0, parsed.shown};
+    Demand(Parse(written) == expected, "written text reads differently", written);
+    return 0;
+}

@@ -1,0 +1,296 @@
+#include "platform/process.h"
+
+#include <fcntl.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/environment.h"
+#include "support/temporary_folder.h"
+
+namespace velto::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+using test::ReadFile;
+using test::WriteFile;
+using testing::IsSupersetOf;
+using testing::UnorderedElementsAreArray;
+
+using Texts = std::vector<std::string>;
+
+TEST(SplitParametersTest, FollowsTheRulesOfCommandLines) {
+    const std::vector<std::pair<std::string, Texts>> cases = {
+        {"", {}},
+        {" \t ", {}},
+        {" a \t b\t", {"a", "b"}},
+        {"a\nb", {"a\nb"}},
+        {R"("a b" c)", {"a b", "c"}},
+        {R"(a" b"c)", {"a bc"}},
+        {R"("" x "")", {"", "x", ""}},
+        {R"(a""b)", {"ab"}},
+        {R"("a b)", {"a b"}},
+        {R"(")", {""}},
+        {R"(C:\a\\b\ c)", {R"(C:\a\\b\)", "c"}},
+        {R"("C:\a\\" c)", {R"(C:\a\)", "c"}},
+        {R"(\"a b\")", {R"("a)", R"(b")"}},
+        {R"(\\"a b")", {R"(\a b)"}},
+        {R"(\\\"a b)", {R"(\"a)", "b"}},
+        {R"("\\\\" \\\\)", {R"(\\)", R"(\\\\)"}},
+        {R"("a""b c" d)", {R"(a"b c)", "d"}},
+        {R"("a\\""b c")", {R"(a\"b c)"}},
+        {R"("""a b""" c)", {R"("a b")", "c"}},
+        {R"(/E "main.bak" HKEY_CURRENT_USER\x)", {"/E", "main.bak", R"(HKEY_CURRENT_USER\x)"}},
+    };
+    for (const auto& [text, expected] : cases) EXPECT_EQ(SplitParameters(text), expected) << text;
+}
+
+TEST(SplitParametersTest, GivesBackWhatWasQuoted) {
+    std::mt19937 random(1);
+    const std::string alphabet = "\\\\\\\"\"\" \t\na\xC3";
+    std::uniform_int_distribution<std::size_t> letter(0, alphabet.size() - 1);
+    std::uniform_int_distribution<std::size_t> length(0, 9);
+    for (int round = 0; round < 5000; ++round) {
+        Texts arguments(length(random) % 4);
+        std::string text;
+        for (auto& argument : arguments) {
+            for (auto left = length(random); left > 0; --left) argument += alphabet[letter(random)];
+            text += QuoteParameter(argument) + ' ';
+        }
+        ASSERT_EQ(SplitParameters(text), arguments) << text;
+    }
+}
+
+class ProcessTest : public testing::Test {
+  protected:
+    std::string MakeFile(std::string_view name, std::string_view content, fs::perms mode) {
+        WriteFile(folder_ / name, content);
+        fs::permissions(folder_ / name, mode);
+        return folder_ / name;
+    }
+
+    Texts Report() const {
+        Texts lines;
+        std::istringstream in(ReadFile(report_));
+        for (std::string line; std::getline(in, line);) lines.push_back(line);
+        return lines;
+    }
+
+    // The exit status of the program, -1 if it has none.
+    int Run(const ProcessRequest& request) {
+        const auto child = service_->Start(request);
+        if (!child.ok()) return -1;
+        const auto status = child.value()->Wait();
+        return status.ok() && status.value().normal ? status.value().code : -1;
+    }
+
+    static constexpr auto kProgram = fs::perms::owner_all;
+    static constexpr auto kPlain = fs::perms::owner_read | fs::perms::owner_write;
+
+    test::TemporaryFolder folder_;
+    std::string report_ = folder_ / "report";
+    std::string reporter_ = test::BinaryFolder() + "/child-report";
+    Environment environment_;
+    std::unique_ptr<ProcessService> service_ = MakeProcessService(environment_);
+};
+
+TEST_F(ProcessTest, ChildGetsItsParametersAndNothingOfItsParentButTheOutputs) {
+    environment_.child_variables = {{"VELTO_HOME", "/the home"}};
+    ASSERT_EQ(setenv("VELTO_HOME", "relative", 1), 0);
+    ASSERT_EQ(setenv("VELTO_OTHER", "kept", 1), 0);
+    // No close-on-exec: what a careless library leaves open.
+    const int leaked = open("/dev/zero", O_RDONLY);
+    const int far_leaked = fcntl(leaked, F_DUPFD, 700);
+    sigset_t usr1{};
+    sigset_t before{};
+    sigemptyset(&usr1);
+    sigaddset(&usr1, SIGUSR1);
+    pthread_sigmask(SIG_BLOCK, &usr1, &before);
+    const auto old_pipe = std::signal(SIGPIPE, SIG_IGN);
+
+    const auto status = Run(
+        {.file = reporter_, .parameters = report_ + R"( "a b" "" c\"d)", .folder = folder_.path()});
+
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    std::signal(SIGPIPE, old_pipe);
+    close(leaked);
+    close(far_leaked);
+    unsetenv("VELTO_HOME");
+    unsetenv("VELTO_OTHER");
+    ASSERT_EQ(status, 0);
+    EXPECT_THAT(Report(), UnorderedElementsAreArray(
+                              Texts{"program " + reporter_, "argument a b", "argument ",
+                                    "argument c\"d", "folder " + folder_.path(), "input at its end",
+                                    "own session", "descriptor 0 /dev/null",
+                                    "descriptor 1 " + fs::read_symlink("/proc/self/fd/1").string(),
+                                    "descriptor 2 " + fs::read_symlink("/proc/self/fd/2").string(),
+                                    "variable VELTO_HOME=/the home", "variable VELTO_OTHER=kept",
+                                    "SigBlk:\t0000000000000000", "SigIgn:\t0000000000000000"}));
+}
+
+// Forbids the call that closes all descriptors at once, as sandboxes with an old list do.
+bool ForbidCloseRange() {
+    std::array<sock_filter, 4> program{
+        sock_filter{BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
+        sock_filter{BPF_JMP | BPF_JEQ | BPF_K, 0, 1, SYS_close_range},
+        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | ENOSYS},
+        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW}};
+    const sock_fprog filter{program.size(), program.data()};
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+TEST_F(ProcessTest, DescriptorsAreClosedOnKernelsWithoutACallForAllOfThem) {
+    const pid_t sandboxed = fork();
+    if (sandboxed == 0) {
+        const bool ready = ForbidCloseRange() && fcntl(STDERR_FILENO, F_DUPFD, 700) == 700;
+        _exit(ready ? Run({.file = reporter_, .parameters = report_}) : 99);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(sandboxed, &status, 0), sandboxed);
+    if (WEXITSTATUS(status) == 99) GTEST_SKIP() << "no filter of calls on this kernel";
+    ASSERT_EQ(status, 0);
+    for (const auto& line : Report()) EXPECT_FALSE(line.starts_with("descriptor 7")) << line;
+}
+
+TEST_F(ProcessTest, WaitTellsHowTheProgramEnded) {
+    struct Case {
+        std::string script;
+        bool normal;
+        int code;
+    };
+    for (const auto& [script, normal, code] :
+         {Case{"exit 0", true, 0}, Case{"exit 3", true, 3}, Case{"kill -9 $$", false, SIGKILL}}) {
+        SCOPED_TRACE(script);
+        const auto program = MakeFile("script", "#!/bin/sh\n" + script + "\n", kProgram);
+        const auto child = service_->Start({.file = program});
+        ASSERT_TRUE(child.ok()) << child.error().text;
+        const auto status = child.value()->Wait();
+        ASSERT_TRUE(status.ok());
+        EXPECT_EQ(status.value().normal, normal);
+        EXPECT_EQ(status.value().code, code);
+        EXPECT_EQ(status.value().success(), code == 0);
+        EXPECT_EQ(kill(child.value()->id(), 0), -1) << "a zombie is left";
+        EXPECT_FALSE(child.value()->Wait().ok());
+    }
+}
+
+TEST_F(ProcessTest, ProgramOutlivesItsHandleAndIsCollectedLater) {
+    const auto id = service_->Start({.file = "/bin/sleep", .parameters = "60"}).value()->id();
+    EXPECT_EQ(kill(id, SIGKILL), 0);
+    siginfo_t ended{};
+    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(id), &ended, WEXITED | WNOWAIT), 0);
+    EXPECT_EQ(ended.si_status, SIGKILL) << "it had ended before";
+    EXPECT_EQ(Run({.file = "/bin/true"}), 0);
+    EXPECT_EQ(kill(id, 0), -1) << "a zombie is left";
+}
+
+TEST_F(ProcessTest, RelativeProgramCountsFromTheParentsFolderAndABareNameFromNone) {
+    const auto current = fs::current_path();
+    fs::current_path(test::BinaryFolder());
+    EXPECT_EQ(Run({.file = "./child-report", .parameters = report_, .folder = folder_.path()}), 0);
+    EXPECT_EQ(Run({.file = "child-report", .parameters = report_}), -1);
+    fs::current_path(current);
+}
+
+TEST_F(ProcessTest, ProgramsOfOtherSystemsGoThroughTheRunner) {
+    environment_.runner = reporter_;
+    const auto game = MakeFile("a Game.EXE", "MZ\x90", kPlain);
+    // The runner is asked to report into the game's place, which is its first argument.
+    EXPECT_EQ(Run({.file = game, .parameters = "-nogui \"x y\""}), 0);
+    report_ = game;
+    EXPECT_THAT(Report(),
+                IsSupersetOf(Texts{"program " + reporter_, "argument -nogui", "argument x y"}));
+
+    const auto native = MakeFile("native.exe", "#!/bin/sh\nexit 5\n", kProgram);
+    EXPECT_EQ(Run({.file = native}), 5) << "went through the runner";
+}
+
+TEST_F(ProcessTest, WhatCantBeStartedIsAFailureThatNamesIt) {
+    const auto plain = MakeFile("plain", "#!/bin/sh\n", kPlain);
+    const auto text = MakeFile("text", "exit 0\n", kProgram);
+    const auto orphan = MakeFile("orphan", "#!/no/interpreter\n", kProgram);
+    const auto game = MakeFile("game.exe", "MZ", kPlain);
+    const auto missing = folder_ / "missing";
+    struct Case {
+        ProcessRequest request;
+        ErrorKind kind;
+        std::string subject;
+    };
+    const std::vector<Case> cases = {
+        {{.file = missing}, ErrorKind::NotFound, missing},
+        {{.file = plain + "/x"}, ErrorKind::NotFound, plain + "/x"},
+        {{.file = ""}, ErrorKind::NotFound, ""},
+        {{.file = folder_.path()}, ErrorKind::Unsuitable, folder_.path()},
+        {{.file = "/dev/null"}, ErrorKind::Unsuitable, "/dev/null"},
+        {{.file = plain}, ErrorKind::Denied, plain},
+        {{.file = text}, ErrorKind::Unsuitable, text},
+        {{.file = orphan}, ErrorKind::NotFound, orphan},
+        {{.file = game}, ErrorKind::Unsuitable, game},
+        {{.file = "/bin/true", .folder = missing}, ErrorKind::NotFound, missing},
+        {{.file = "/bin/true", .folder = plain}, ErrorKind::NotFound, plain},
+        {{.file = "/bin/true", .parameters = std::string("a\0b", 3)},
+         ErrorKind::Malformed,
+         "/bin/true"},
+    };
+    for (const auto& [request, kind, subject] : cases) {
+        SCOPED_TRACE(request.file + " in " + request.folder);
+        const auto child = service_->Start(request);
+        ASSERT_FALSE(child.ok());
+        EXPECT_EQ(child.error().kind, kind) << child.error().text;
+        EXPECT_EQ(child.error().subject, subject);
+        EXPECT_FALSE(child.error().text.empty());
+    }
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
+}
+
+TEST_F(ProcessTest, ProgramDiesWithAKilledParentOnlyIfAsked) {
+    // Children of a parent that is killed become this process's own.
+    ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
+    for (const bool tied : {true, false}) {
+        SCOPED_TRACE(tied);
+        std::array<int, 2> ends{};
+        ASSERT_EQ(pipe(ends.data()), 0);
+        const pid_t parent = fork();
+        if (parent == 0) {
+            const auto child = service_->Start(
+                {.file = "/bin/sleep", .parameters = "60", .ends_with_parent = tied});
+            const int id = child.ok() ? child.value()->id() : -1;
+            if (write(ends[1], &id, sizeof id) == sizeof id) pause();
+            _exit(1);
+        }
+        int id = -1;
+        ASSERT_EQ(read(ends[0], &id, sizeof id), ssize_t{sizeof id});
+        ASSERT_GT(id, 0);
+        ASSERT_EQ(kill(parent, SIGKILL), 0);
+        ASSERT_EQ(waitpid(parent, nullptr, 0), parent);
+        // The parent's death has sent its signals before it can be waited for.
+        EXPECT_EQ(tied ? 0 : kill(id, SIGTERM), 0);
+        int status = 0;
+        ASSERT_EQ(waitpid(id, &status, 0), id);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "it ran to its end";
+        EXPECT_EQ(WTERMSIG(status), tied ? SIGKILL : SIGTERM);
+        close(ends[0]);
+        close(ends[1]);
+    }
+    EXPECT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 0), 0);
+}
+
+}  // namespace
+}  // namespace velto::platform

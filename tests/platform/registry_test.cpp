@@ -1,0 +1,395 @@
+#include "platform/registry.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/temporary_folder.h"
+
+namespace velto::platform {
+namespace {
+
+using test::TemporaryFolder;
+using ::testing::ElementsAre;
+
+constexpr auto kKey = "HKEY_CURRENT_USER\\Software\\epsxe";
+
+testing::AssertionResult Succeeded(const Status& status) {
+    if (status.ok()) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << status.error().subject << ": " << status.error().text;
+}
+
+template <class T>
+ErrorKind KindOf(const Result<T>& result) {
+    EXPECT_FALSE(result.ok());
+    return result.ok() ? ErrorKind::Other : result.error().kind;
+}
+
+RegistryValue Binary(std::string data) {
+    return {RegistryType::Binary, std::move(data)};
+}
+
+Status Put(RegistryStore& store, std::string_view path, std::string_view name,
+           const RegistryValue& value) {
+    return WriteValues(store, {{{std::string(path), std::string(name), value}}});
+}
+
+std::string DataOf(RegistryStore& store, std::string_view path, std::string_view name) {
+    auto key = store.OpenKey(path);
+    if (!key.ok()) return "no key";
+    auto value = key.value()->Query(name);
+    return value.ok() ? value.value().data : "no value";
+}
+
+// What the key enumerates: "subkey subkey | value value".
+std::string ListingOf(RegistryKey& key) {
+    std::string all;
+    for (std::size_t i = 0; const auto name = key.EnumerateSubkey(i).value(); ++i)
+        all += *name + " ";
+    all += "|";
+    for (std::size_t i = 0; const auto value = key.EnumerateValue(i).value(); ++i) {
+        all += " " + value->name;
+    }
+    return all;
+}
+
+// Notes what it is shown, and does something at each value.
+struct Notes : RegistryVisitor {
+    Status OnKey(const std::string& path) override {
+        lines.push_back("[" + path + "]");
+        return {};
+    }
+    Status OnValue(const std::string& name, const RegistryValue& value) override {
+        lines.push_back(name + "=" + value.data);
+        return at_value ? at_value() : Status();
+    }
+    std::vector<std::string> lines;
+    std::function<Status()> at_value;
+};
+
+class RegistryTest : public testing::Test {
+  protected:
+    RegistryTest() { EXPECT_TRUE(Succeeded(Open(*store_, "0"))); }
+
+    static Status Open(RegistryStore& store, const std::string& first_value) {
+        const RegistryWrite first[] = {{"First", "", Binary(first_value)}};
+        return store.OpenStore(first);
+    }
+    static std::unique_ptr<RegistryStore> Opened(const std::string& file,
+                                                 const std::string& first_value = "1") {
+        auto store = MakeSqliteRegistry(file);
+        EXPECT_TRUE(Succeeded(Open(*store, first_value)));
+        return store;
+    }
+
+    TemporaryFolder folder_;
+    const std::string file_ = folder_ / "registry.db";
+    std::unique_ptr<RegistryStore> store_ = MakeSqliteRegistry(file_);
+};
+
+TEST_F(RegistryTest, GivesEveryTypeAndEveryByteBackExactly) {
+    std::string all_bytes;
+    for (int byte = 0; byte < 256; ++byte) all_bytes += static_cast<char>(byte);
+    std::vector<RegistryValue> values = {StringValue("text"), DwordValue(0x80FF0102),
+                                         Binary(all_bytes),
+                                         Binary(std::string(kLargestValue, '\0'))};
+    for (const std::uint32_t type :
+         {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
+        for (const std::string data : {"", "\xC3\x28\xFF", "123456789"}) {
+            values.push_back({RegistryType{type}, data});
+        }
+    }
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        ASSERT_TRUE(Succeeded(Put(*store_, kKey, std::to_string(i), values[i])));
+    }
+    const auto other = Opened(file_);
+    const auto key = other->OpenKey(kKey).value();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_EQ(key->Query(std::to_string(i)).value(), values[i]) << "value " << i;
+        EXPECT_EQ(key->EnumerateValue(i).value()->type, values[i].type) << "value " << i;
+    }
+    EXPECT_EQ(values[0].data, std::string("text\0", 5));
+    EXPECT_EQ(values[1].data, std::string("\x02\x01\xFF\x80", 4));
+    EXPECT_EQ(key->LongestValue().value(), kLargestValue);
+}
+
+TEST_F(RegistryTest, FindsNamesInAnyCaseOfAsciiLettersAndKeepsTheFirstSpelling) {
+    struct Case {
+        std::string stored, asked;
+        bool same;
+    };
+    const Case cases[] = {{"Plugin", "pLUGIN", true},
+                          {"[", "{", false},
+                          {"@", "`", false},
+                          {"\xC4", "\xE4", false},
+                          {"\xFF\xFE", "\xFF\xFE", true},
+                          {"\xC3\x84", "\xC3\xA4", false},
+                          {" a", "a", false},
+                          {"ab", "a", false}};
+    for (const auto& [stored, asked, same] : cases) {
+        SCOPED_TRACE(testing::Message() << stored << " as " << asked);
+        ASSERT_TRUE(Succeeded(Put(*store_, stored, stored, Binary("first"))));
+        ASSERT_TRUE(Succeeded(Put(*store_, asked, asked, Binary("second"))));
+        Notes notes;
+        ASSERT_TRUE(Succeeded(store_->Visit(asked, notes)));
+        const auto& spelling = same ? stored : asked;
+        EXPECT_THAT(notes.lines, ElementsAre("[" + spelling + "]", spelling + "=second"));
+        EXPECT_EQ(DataOf(*store_, stored, stored), same ? "second" : "first");
+    }
+}
+
+TEST_F(RegistryTest, EnumeratesSubkeysByNameAndValuesInTheirOrderOfCreation) {
+    for (const char* name : {"b", "\xE4", "C", "", "a"}) {
+        const auto subkey = std::string(kKey).append("\\_").append(name);
+        ASSERT_TRUE(Succeeded(Put(*store_, subkey, "", Binary("x"))));
+        ASSERT_TRUE(Succeeded(Put(*store_, kKey, name, Binary("x"))));
+    }
+    auto key = store_->OpenKey(std::string(kKey) + "\\").value();
+    ASSERT_TRUE(Succeeded(key->Set("B", Binary("changed, and longer"))));
+    EXPECT_EQ(ListingOf(*key), "_ _a _b _C _\xE4 | b \xE4 C  a");
+    EXPECT_EQ(key->Query("b").value().data, "changed, and longer");
+    EXPECT_EQ(key->EnumerateValue(4).value()->name + *key->EnumerateSubkey(3).value(), "a_C");
+    EXPECT_EQ(key->EnumerateValue(1).value()->name + *key->EnumerateSubkey(1).value(), "\xE4_a");
+    EXPECT_EQ(key->EnumerateValue(2).value()->name + *key->EnumerateSubkey(4).value(), "C_\xE4");
+    constexpr auto kFar = std::numeric_limits<std::size_t>::max();
+    EXPECT_FALSE(key->EnumerateSubkey(kFar).value());
+    EXPECT_FALSE(key->EnumerateValue(kFar).value());
+    EXPECT_EQ(ListingOf(*store_->CreateKey("HKEY_USERS").value()), "|");
+    EXPECT_EQ(store_->CreateKey("HKEY_USERS").value()->LongestValue().value(), 0U);
+    EXPECT_TRUE(Succeeded(key->Close()));
+}
+
+TEST_F(RegistryTest, WritesNothingForAValueThatIsThereAlready) {
+    for (const char* data : {"one", "two"}) {
+        ASSERT_TRUE(Succeeded(Put(*store_, kKey, "v", Binary(data))));
+    }
+    const auto length = std::filesystem::file_size(file_ + "-wal");
+    ASSERT_TRUE(Succeeded(Put(*store_, kKey, "V", Binary("two"))));
+    EXPECT_EQ(std::filesystem::file_size(file_ + "-wal"), length);
+    ASSERT_TRUE(Succeeded(Put(*store_, kKey, "v", StringValue("two"))));
+    ASSERT_TRUE(Succeeded(Put(*store_, kKey, "v", {RegistryType::Link, StringValue("two").data})));
+    EXPECT_EQ(store_->OpenKey(kKey).value()->Query("v").value().type, RegistryType::Link);
+}
+
+TEST_F(RegistryTest, RefusesWhatIsOverTheBounds) {
+    using std::string;
+    struct Case {
+        string path, name;
+        std::size_t length;
+        bool good;
+    };
+    const Case cases[] = {
+        {"R\\" + string(kLongestKeyName, 'k'), string(kLongestValueName, 'v'), kLargestValue, true},
+        {"R\\" + string(kLongestKeyName + 1, 'k'), "", 0, false},
+        {"R\\n", string(kLongestValueName + 1, 'v'), 0, false},
+        {"R\\d", "", kLargestValue + 1, false},
+        {"R\\slash\\", "a\\b", 0, true},
+        {"R\\slash\\\\", "", 0, false},
+        {"R\\\\slash", "", 0, false},
+        {"\\R", "", 0, false},
+        {"\\", "", 0, false},
+        {"", "", 0, false},
+        {string("R\\z\0z", 5), "", 0, false},
+        {"R\\cr\r", "", 0, false},
+        {"R\\l\nf", "", 0, false},
+        {"R\\v0", string("\0", 1), 0, false},
+        {"R\\v1", "\r", 0, false},
+        {"R\\v2", "v\n", 0, false},
+        {"R\\tab\t", "\t\x7F\x1A", 0, true},
+    };
+    for (const auto& [path, name, length, good] : cases) {
+        SCOPED_TRACE(path.substr(0, 20) + " " + name.substr(0, 20));
+        const auto written = Put(*store_, path, name, Binary(string(length, 'd')));
+        const auto opened = store_->OpenKey(path);
+        EXPECT_EQ(opened.ok(), good) << "nothing of a refused write may stay";
+        ASSERT_EQ(written.ok(), good);
+        if (good) continue;
+        EXPECT_EQ(written.error().kind, ErrorKind::Malformed);
+        EXPECT_EQ(opened.error().kind, ErrorKind::NotFound);
+    }
+    auto key = store_->CreateKey("R").value();
+    EXPECT_EQ(key->Set("\n", {}).error().kind, ErrorKind::Malformed);
+    EXPECT_EQ(KindOf(key->Query("\n")), ErrorKind::NotFound);
+    EXPECT_EQ(KindOf(store_->CreateKey("R\\\\")), ErrorKind::Malformed);
+    EXPECT_EQ(KindOf(Opened(file_)->OpenKey("R\\none")), ErrorKind::NotFound);
+}
+
+TEST_F(RegistryTest, KeepsATransactionToItselfUntilItsCommit) {
+    auto other = Opened(file_);
+    auto transaction = store_->Begin().value();
+    ASSERT_TRUE(Succeeded(transaction->SetValue(kKey, "a", Binary("1"))));
+    ASSERT_TRUE(Succeeded(store_->OpenKey(kKey).value()->Set("b", Binary("2"))));
+    ASSERT_TRUE(Succeeded(transaction->CreateKey("HKEY_USERS\\made")));
+    EXPECT_EQ(KindOf(store_->Begin()), ErrorKind::Other) << "one at a time";
+    EXPECT_EQ(transaction->SetValue("", "", {}).error().kind, ErrorKind::Malformed);
+    Notes notes;
+    EXPECT_TRUE(Succeeded(store_->Visit(kKey, notes)));
+    EXPECT_THAT(notes.lines, ElementsAre(std::string("[") + kKey + "]", "a=1", "b=2"));
+    EXPECT_FALSE(other->OpenKey(kKey).ok());
+    ASSERT_TRUE(Succeeded(transaction->Commit()));
+    EXPECT_EQ(DataOf(*other, kKey, "a") + DataOf(*other, kKey, "b"), "12");
+    EXPECT_TRUE(other->OpenKey("HKEY_USERS\\made").ok());
+    EXPECT_TRUE(Succeeded(Put(*other, kKey, "a", Binary("3")))) << "the lock went with the commit";
+}
+
+TEST_F(RegistryTest, TakesBackWhatWasNotCommitted) {
+    ASSERT_TRUE(Succeeded(Put(*store_, kKey, "kept", Binary("old"))));
+    auto transaction = store_->Begin().value();
+    ASSERT_TRUE(Succeeded(transaction->SetValue(kKey, "kept", Binary("new"))));
+    ASSERT_TRUE(Succeeded(transaction->CreateKey("R\\gone")));
+    auto gone = store_->OpenKey("R\\gone").value();
+    transaction.reset();
+    // The next key takes over the numbers of the one that is gone.
+    auto next = store_->CreateKey("S\\next").value();
+    EXPECT_EQ(gone->Set("v", Binary("astray")).error().kind, ErrorKind::NotFound);
+    EXPECT_EQ(KindOf(gone->EnumerateValue(0)), ErrorKind::NotFound);
+    EXPECT_FALSE(next->EnumerateValue(0).value());
+    EXPECT_EQ(DataOf(*store_, kKey, "kept"), "old");
+    EXPECT_FALSE(store_->OpenKey("R").ok());
+
+    const RegistryWrite writes[] = {{kKey, "kept", Binary("new")}, {kKey, "bad\n", {}}};
+    EXPECT_EQ(WriteValues(*store_, writes).error().kind, ErrorKind::Malformed);
+    EXPECT_EQ(DataOf(*Opened(file_), kKey, "kept"), "old");
+}
+
+TEST_F(RegistryTest, ShowsABranchAsItWasWhenTheVisitBegan) {
+    const RegistryWrite writes[] = {
+        {"R\\Top", "2", Binary("b")},      {"R\\Top", "1", Binary("a")},
+        {"R\\Top\\z", "", Binary("c")},    {"R\\Top\\Y\\deep", "d", Binary("d")},
+        {"R\\Top2", "not", Binary("its")},
+    };
+    ASSERT_TRUE(Succeeded(WriteValues(*store_, writes)));
+    auto other = Opened(file_);
+    Notes notes;
+    notes.at_value = [&] {
+        auto written = Put(*store_, "r\\top\\z\\late", "late", Binary("late"));
+        return written.ok() ? Put(*other, "r\\top", "3", Binary("late")) : written;
+    };
+    ASSERT_TRUE(Succeeded(store_->Visit("r\\TOP\\", notes)));
+    EXPECT_THAT(notes.lines, ElementsAre("[R\\Top]", "2=b", "1=a", "[R\\Top\\Y]",
+                                         "[R\\Top\\Y\\deep]", "d=d", "[R\\Top\\z]", "=c"));
+    EXPECT_EQ(DataOf(*store_, "R\\Top", "3"), "late");
+
+    notes = {};
+    notes.at_value = [] { return Error{ErrorKind::Full, "out", "no room"}; };
+    EXPECT_EQ(store_->Visit("R", notes).error().subject, "out");
+    EXPECT_THAT(notes.lines, ElementsAre("[R]", "[R\\Top]", "2=b"));
+    EXPECT_EQ(store_->Visit("R\\T", notes).error().kind, ErrorKind::NotFound);
+}
+
+TEST_F(RegistryTest, LetsThreadsInOneAfterTheOther) {
+    ASSERT_TRUE(Succeeded(Put(*store_, kKey, "count", Binary(""))));
+    constexpr std::size_t kThreads = 4;
+    constexpr std::size_t kRounds = 25;
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&] {
+            auto key = store_->OpenKey(kKey).value();
+            for (std::size_t round = 0; round < kRounds; ++round) {
+                auto transaction = store_->Begin().value();
+                const auto data = key->Query("count").value().data + "x";
+                EXPECT_TRUE(Succeeded(transaction->SetValue(kKey, "count", Binary(data))));
+                EXPECT_TRUE(Succeeded(transaction->Commit()));
+                EXPECT_GE(key->LongestValue().value(), data.size());
+            }
+        });
+    }
+    for (auto& thread : threads) thread.join();
+    EXPECT_EQ(DataOf(*store_, kKey, "count").size(), kThreads * kRounds);
+}
+
+TEST_F(RegistryTest, GivesAStoreItsFirstValuesOnlyWhenItIsMade) {
+    ASSERT_TRUE(Succeeded(Put(*store_, "First", "", Binary("own"))));
+    EXPECT_EQ(DataOf(*Opened(file_), "First", ""), "own");
+    EXPECT_EQ(DataOf(*Opened(folder_ / "new/folders/r.db", "2"), "First", ""), "2");
+
+    const auto file = folder_ / "zero-bytes.db";
+    test::WriteFile(file, "");
+    const RegistryWrite bad[] = {{"Good", "", Binary("1")}, {"Bad", "bad\n", {}}};
+    const auto refused = MakeSqliteRegistry(file)->OpenStore(bad);
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().subject, file);
+    EXPECT_EQ(DataOf(*Opened(file, "3"), "First", ""), "3");
+    EXPECT_EQ(DataOf(*Opened(file), "Good", ""), "no key");
+}
+
+// Offsets in the header of a SQLite file.
+constexpr std::size_t kFormatVersions = 18;
+constexpr std::size_t kUserVersion = 60;
+constexpr std::size_t kApplicationId = 68;
+
+TEST_F(RegistryTest, FinishesAStoreWhoseMakerWasStoppedBeforeItsLog) {
+    store_.reset();
+    auto bytes = test::ReadFile(file_);
+    ASSERT_EQ(bytes.substr(kFormatVersions, 2), "\2\2") << "a write-ahead log, and closed";
+    test::WriteFile(file_, bytes.replace(kFormatVersions, 2, "\1\1"));
+    EXPECT_EQ(DataOf(*Opened(file_), "First", ""), "0");
+    EXPECT_EQ(test::ReadFile(file_).substr(kFormatVersions, 2), "\2\2");
+}
+
+TEST_F(RegistryTest, RefusesWhatIsNoRegistryAndLeavesItAsItIs) {
+    store_.reset();
+    const auto good = test::ReadFile(file_);
+    const auto with = [&](std::size_t offset, std::string_view big_endian) {
+        return std::string(good).replace(offset, big_endian.size(), big_endian);
+    };
+    const std::string none(4, '\0');
+    struct Case {
+        const char* what;
+        std::string bytes;
+        ErrorKind kind;
+        bool has_log = false;
+    };
+    const Case cases[] = {
+        {"text", "REGEDIT4\r\n", ErrorKind::Malformed},
+        {"long text", std::string(10'000, 'x'), ErrorKind::Malformed},
+        {"cut short", good.substr(0, good.size() / 2), ErrorKind::Malformed},
+        {"no version's", with(kUserVersion, none), ErrorKind::Malformed},
+        {"a later version's", with(kUserVersion, "\1\1\1\1"), ErrorKind::Unsuitable},
+        {"nobody's", with(kApplicationId, none), ErrorKind::Unsuitable},
+        {"another program's", with(kApplicationId, "\1\2\3\4"), ErrorKind::Unsuitable, true},
+    };
+    for (const auto& [what, bytes, kind, has_log] : cases) {
+        SCOPED_TRACE(what);
+        TemporaryFolder folder;
+        const auto file = folder / "r.db";
+        test::WriteFile(file, bytes);
+        if (has_log) test::WriteFile(file + "-wal", "not ours to tidy up");
+        const auto store = MakeSqliteRegistry(file);
+        const auto opened = Open(*store, "1");
+        ASSERT_FALSE(opened.ok());
+        EXPECT_EQ(opened.error().kind, kind) << opened.error().text;
+        EXPECT_EQ(opened.error().subject, file);
+        EXPECT_FALSE(store->OpenKey("First").ok() || store->Begin().ok());
+        EXPECT_EQ(test::ReadFile(file), bytes);
+        const std::filesystem::directory_iterator files(folder.path());
+        EXPECT_EQ(std::distance(begin(files), end(files)), has_log ? 2 : 1);
+    }
+    for (const auto& file : {folder_.path(), std::string("/dev/null")}) {
+        EXPECT_EQ(Open(*MakeSqliteRegistry(file), "1").error().kind, ErrorKind::Unsuitable) << file;
+    }
+    EXPECT_FALSE(Open(*MakeSqliteRegistry(file_ + "/below-a-file"), "1").ok());
+}
+
+TEST(RegistryRoots, AreTheFiveInAnyCase) {
+    for (const char* path : {"HKEY_CURRENT_USER\\a", "hkey_local_machine", "HKEY_Classes_Root\\",
+                             "HKEY_USERS\\b\\c", "HKEY_CURRENT_CONFIG"}) {
+        EXPECT_TRUE(HasKnownRoot(path)) << path;
+    }
+    for (const char* path : {"", "\\HKEY_USERS", "HKEY_USERS2\\a", "HKEY_USER", "HKEY_USERS /a"}) {
+        EXPECT_FALSE(HasKnownRoot(path)) << path;
+    }
+}
+
+}  // namespace
+}  // namespace velto::platform

@@ -1,0 +1,54 @@
+#include "support/home_test.h"
+
+namespace velto::test {
+namespace {
+
+platform::Environment EnvironmentOf(const std::string& home) {
+    platform::Environment environment;
+    environment.program = BinaryFolder() + "/velto";
+    environment.home = home;
+    environment.drives = home + "/drives";
+    environment.registry_editor = BinaryFolder() + "/velto-regedit";
+    environment.start_folder = home;
+    environment.child_variables = {{"VELTO_HOME", home}};
+    return environment;
+}
+
+std::string CurrentUser(std::string_view key) {
+    return std::string(platform::kCurrentUser).append(key);
+}
+
+}  // namespace
+
+HomeTest::HomeTest()
+    : environment(EnvironmentOf(home_folder.path())),
+      files(platform::MakeFileService()),
+      drives(platform::MakeDriveTable(*files, environment.drives, environment.home)),
+      registry(platform::MakeSqliteRegistry(environment.RegistryFile())),
+      real_processes(platform::MakeProcessService(environment)),
+      processes(*real_processes),
+      scope(
+          {&environment, files.get(), drives.get(), registry.get(), &processes, nullptr, &boxes}) {
+    EXPECT_TRUE(registry->OpenStore({}).ok());
+    EXPECT_TRUE(files->MakeFolders(environment.ConfigFolder()).ok());
+}
+
+std::string HomeTest::InConfig(std::string_view name) const {
+    return platform::JoinPath(environment.ConfigFolder(), name);
+}
+
+std::optional<std::string> HomeTest::StringOf(std::string_view key, std::string_view name) {
+    const auto open = registry->OpenKey(CurrentUser(key));
+    if (!open.ok()) return {};
+    const auto value = open.value()->Query(name);
+    if (!value.ok() || value.value().type != platform::RegistryType::String) return {};
+    return value.value().data.substr(0, value.value().data.find('\0'));
+}
+
+void HomeTest::SetValue(std::string_view key, std::string_view name,
+                        const platform::RegistryValue& value) {
+    const platform::RegistryWrite write[] = {{CurrentUser(key), std::string(name), value}};
+    ASSERT_TRUE(platform::WriteValues(*registry, write).ok());
+}
+
+}  // namespace velto::test
