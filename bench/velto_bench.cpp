@@ -18,6 +18,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "launch/emulator_values.h"
 #include "platform/registry.h"
 #include "store/velto_settings.h"
 
@@ -46,7 +47,7 @@ class BenchHome {
         fs::copy(fs::path(VELTO_DEMO_FOLDER) / "config/Demo Disc.dta", Config());
         setenv("VELTO_HOME", folder_.c_str(), 1);
         unsetenv("VELTO_REGEDIT");
-        const auto store = platform::MakeSqliteRegistry(folder_ / "registry.db");
+        const auto store = platform::MakeSqliteRegistry(Registry());
         const platform::RegistryWrite emulator[] = {
             {std::string(platform::kCurrentUser).append(velto::kSettingsKey), "epsxe",
              platform::StringValue(Program("probe-emulator"))}};
@@ -62,6 +63,7 @@ class BenchHome {
     static std::string Program(const std::string& name) {
         return (fs::read_symlink("/proc/self/exe").parent_path() / name).string();
     }
+    std::string Registry() const { return folder_ / "registry.db"; }
     std::string Config() const { return folder_ / "config/Demo Disc.dta"; }
 
     // Registry text with `values` short values, or none.
@@ -127,8 +129,26 @@ Timing Run(std::vector<std::string> command) {
     return timing;
 }
 
+// Puts other values in the place of those that the next run writes, so that it has to write them.
+void ForgetTheConfiguration() {
+    const auto store = platform::MakeSqliteRegistry(Home().Registry());
+    Check(store->OpenStore({}).ok(), "registry");
+    std::vector<platform::RegistryWrite> writes;
+    for (const auto name : velto::EmulatorValueNames()) {
+        writes.push_back({std::string(platform::kCurrentUser).append(velto::kEmulatorConfigKey),
+                          std::string(name), platform::StringValue("former")});
+    }
+    for (const char* name : {"Width", "Shader", "Palette"}) {
+        writes.push_back({std::string(platform::kCurrentUser)
+                              .append("Software\\Vision Thing\\PSEmu Pro\\GPU\\DemoGPU"),
+                          name, platform::StringValue("former")});
+    }
+    Check(platform::WriteValues(*store, writes).ok(), "former values");
+}
+
 void DirectRun(benchmark::State& state) {
     for (auto _ : state) {
+        ForgetTheConfiguration();
         state.SetIterationTime(
             Run({BenchHome::Program("velto"), "-direct", "Demo Disc"}).first_byte);
     }
@@ -136,6 +156,7 @@ void DirectRun(benchmark::State& state) {
 
 void MergeOfTheConfiguration(benchmark::State& state) {
     for (auto _ : state) {
+        ForgetTheConfiguration();
         state.SetIterationTime(
             Run({BenchHome::Program("velto-regedit"), "/S", Home().Config()}).exit);
     }

@@ -1,4 +1,7 @@
 // Chooses the host's services and starts the program.
+#include <csignal>
+#include <exception>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -13,7 +16,9 @@
 #include "platform/process.h"
 #include "platform/registry.h"
 
-int main(int argc, char** argv) {
+namespace {
+
+int Run(const std::vector<std::string>& arguments) {
     namespace platform = velto::platform;
     const auto files = platform::MakeFileService();
     const auto environment = platform::ReadEnvironment(*files);
@@ -25,8 +30,20 @@ int main(int argc, char** argv) {
     const platform::HostScope scope({&environment, files.get(), drives.get(), registry.get(),
                                      processes.get(), instance.get(), boxes.get()});
 
-    const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
     velto::CVeltoApp app(velto::CommandLineText(environment.program, arguments));
     app.InitInstance();
     return app.exitStatus();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A reader of the messages that is gone must not end what is under way.
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        return Run({argv + (argc > 0 ? 1 : 0), argv + argc});
+    } catch (const std::exception& error) {
+        std::cerr << "Velto: " << error.what() << std::endl;
+        return 1;
+    }
 }

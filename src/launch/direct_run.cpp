@@ -27,6 +27,14 @@ class OptionTexts {
     std::array<std::string, kKeyCount> texts_;
 };
 
+// More than any path or list needs, and less than a registry string or a program's argument holds.
+constexpr std::size_t kLongestOption = 0xFFFF;
+
+// Whether the emulator can be given the text, by its registry and on its command line.
+bool IsUsable(const std::string& text) {
+    return !text.empty() && text.size() <= kLongestOption && text.find('\0') == std::string::npos;
+}
+
 // Nothing if the file is corrupted.
 std::optional<OptionTexts> ReadOptionTexts(const CConfigFile& file) {
     const auto generation = GenerationOf(file.ReadEntry(RowOf(Key::fileVersion).name));
@@ -35,7 +43,7 @@ std::optional<OptionTexts> ReadOptionTexts(const CConfigFile& file) {
         if (!row.directNeeds) continue;
         auto& text = texts[row.key];
         text = Carries(generation, row) ? file.ReadEntry(row.name) : std::string(row.directAbsent);
-        if (text.empty()) return {};
+        if (!IsUsable(text)) return {};
     }
     return texts;
 }
@@ -137,7 +145,7 @@ bool RunDirect(const std::string& name) {
         return false;
     }
 
-    // A value that can't be written leaves the emulator with its former one.
+    // If they can't be written, the emulator has its former ones.
     std::ignore = platform::WriteValues(platform::Registry(), EmulatorValues(config->settings));
     return StartEmulator(settings,
                          WithoutGui(EmulatorArguments(config->commandLine, config->internalIso,

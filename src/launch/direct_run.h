@@ -18,12 +18,13 @@ struct DirectConfig {
 };
 
 // Reads what the file's version carries. Nothing if a key that it should carry is missing or
-// empty: a direct run repairs no file.
+// empty, or holds a NUL or more than 65,535 bytes: a direct run repairs no file.
 std::optional<DirectConfig> ReadDirectConfig(const CConfigFile& file);
 
 // Merges the plug-in lines of `<name>.dta` of the configuration folder into the registry, writes
 // the emulator's values and starts the emulator, without waiting for it. True if it was started.
-// Every refusal is reported by a message box; the plug-in lines stay merged all the same.
+// Every refusal is reported by a message box. Once the file was found its plug-in lines are merged,
+// and stay so if the run is refused later.
 bool RunDirect(const std::string& name);
 
 }  // namespace velto

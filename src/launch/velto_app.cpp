@@ -59,12 +59,12 @@ void CVeltoApp::MeetFirstProcess(const std::string& flag, const std::string& nam
         Report("Velto is already running.", "Already running");
         return;
     }
-    if (name.size() > platform::kLongestName) {
-        Report(name + std::string(kConfigEnding) + " does not exist", "File not found");
-        return;
-    }
     const auto answer = platform::Instance().HandOver(name);
     if (answer == platform::HandOverResult::Answered) status_ = 0;
+    // What can't be handed over because of its length can't be a file either.
+    if (answer == platform::HandOverResult::Refused && name.size() > platform::kLongestName) {
+        Report(name + std::string(kConfigEnding) + " does not exist", "File not found");
+    }
 }
 
 bool CVeltoApp::OpenRegistry() {

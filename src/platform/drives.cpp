@@ -16,7 +16,9 @@ class LinkedDrives : public DriveTable {
     std::string Folder(char letter) const override {
         for (const char spelling : {ToLower(letter), ToUpper(letter)}) {
             auto entry = EntryOf(spelling);
-            if (files_.Info(entry).ok()) return entry;
+            const auto info = files_.Info(entry);
+            // A link that leads nowhere is given all the same: its medium may come back.
+            if (info.ok() || info.error().kind != ErrorKind::NotFound) return entry;
         }
         if (ToLower(letter) == 'c') {
             auto folder = JoinPath(home_, "drive_c");

@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
@@ -19,12 +20,18 @@ bool IsAbsolute(std::string_view path) {
     return path.starts_with('/');
 }
 
-// Absolute and without "." and "..", which may lie in folders that don't exist yet.
+// Absolute, of folders that may not exist yet. A ".." stays: behind a link it leads elsewhere than
+// the text says.
 std::string Absolute(const std::string& path) {
     std::error_code error;
-    auto absolute = std::filesystem::absolute(path, error).lexically_normal().string();
-    if (absolute.size() > 1 && absolute.ends_with('/')) absolute.pop_back();
-    return error ? path : absolute;
+    auto absolute = std::filesystem::absolute(path, error);
+    if (error) return path;
+    if (std::find(absolute.begin(), absolute.end(), "..") == absolute.end()) {
+        absolute = absolute.lexically_normal();
+    }
+    auto text = absolute.string();
+    while (text.size() > 1 && text.ends_with('/')) text.pop_back();
+    return text;
 }
 
 std::string HomeFolder() {
@@ -45,6 +52,7 @@ std::string DataFolder() {
 // The first executable of that name on the PATH; empty if there is none.
 std::string OnPath(const std::string& name) {
     const std::string path = Variable("PATH");
+    if (path.empty()) return {};
     std::size_t begin = 0;
     while (begin <= path.size()) {
         const auto end = std::min(path.find(':', begin), path.size());

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,7 +43,7 @@ class FileService {
   public:
     virtual ~FileService() = default;
 
-    // Follows links.
+    // Follows links; one that leads nowhere is Unsuitable.
     virtual Result<FileInfo> Info(const std::string& path) = 0;
     // The path without links, "." and "..". Everything on it must exist.
     virtual Result<std::string> RealPath(const std::string& path) = 0;
@@ -51,8 +52,13 @@ class FileService {
 
     // Regular files alone: a pipe or a folder is Unsuitable, and never blocks.
     virtual Result<std::unique_ptr<FileReader>> Open(const std::string& path) = 0;
-    // Makes a file that mustn't exist yet, with these permission bits whatever the umask.
-    virtual Result<std::unique_ptr<FileWriter>> Create(const std::string& path, unsigned mode) = 0;
+    // Makes a file that mustn't exist yet, with these permission bits; without any, with those
+    // that the user's umask gives a new file.
+    virtual Result<std::unique_ptr<FileWriter>> Create(const std::string& path,
+                                                       std::optional<unsigned> mode) = 0;
+    // Opens a log to write at its end, and makes it if need be; `anew` empties it first. The one
+    // way of this service that writes into a file in place.
+    virtual Result<std::unique_ptr<FileWriter>> OpenLog(const std::string& path, bool anew) = 0;
     // Whether this user may write the existing file.
     virtual Status CheckWritable(const std::string& path) = 0;
 

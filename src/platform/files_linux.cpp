@@ -47,6 +47,13 @@ Result<FileInfo> InfoOf(int outcome, const struct stat& status, const std::strin
                     static_cast<std::uint64_t>(status.st_size), status.st_mode & 07777U};
 }
 
+// Less the umask.
+constexpr mode_t kNewFileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+
+Error NotRegular(const std::string& path) {
+    return {ErrorKind::Unsuitable, path, "not a regular file"};
+}
+
 class LinuxReader : public FileReader {
   public:
     LinuxReader(Descriptor file, std::string path)
@@ -96,7 +103,11 @@ class LinuxFiles : public FileService {
   public:
     Result<FileInfo> Info(const std::string& path) override {
         struct stat status {};
-        return InfoOf(stat(path.c_str(), &status), status, path);
+        auto info = InfoOf(stat(path.c_str(), &status), status, path);
+        if (!info.ok() && errno == ENOENT && lstat(path.c_str(), &status) == 0) {
+            return Error{ErrorKind::Unsuitable, path, "a link that leads nowhere"};
+        }
+        return info;
     }
 
     Result<std::string> RealPath(const std::string& path) override {
@@ -131,22 +142,34 @@ class LinuxFiles : public FileService {
         struct stat status {};
         const auto info = InfoOf(fstat(file.get(), &status), status, path);
         if (!info.ok()) return info.error();
-        if (!info.value().regular) {
-            return Error{ErrorKind::Unsuitable, path, "not a regular file"};
-        }
+        if (!info.value().regular) return NotRegular(path);
         return std::unique_ptr<FileReader>(std::make_unique<LinuxReader>(std::move(file), path));
     }
 
-    Result<std::unique_ptr<FileWriter>> Create(const std::string& path, unsigned mode) override {
+    Result<std::unique_ptr<FileWriter>> Create(const std::string& path,
+                                               std::optional<unsigned> mode) override {
+        const mode_t first_mode = mode ? S_IRUSR | S_IWUSR : kNewFileMode;
         Descriptor file(Retrying([&] {
-            return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+            return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, first_mode);
         }));
         if (!file.valid()) return SystemError(path);
-        if (fchmod(file.get(), mode) != 0) {
+        if (mode && fchmod(file.get(), *mode) != 0) {
             const auto error = SystemError(path);
             unlink(path.c_str());
             return error;
         }
+        return std::unique_ptr<FileWriter>(std::make_unique<LinuxWriter>(std::move(file), path));
+    }
+
+    Result<std::unique_ptr<FileWriter>> OpenLog(const std::string& path, bool anew) override {
+        const int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY |
+                          (anew ? O_TRUNC : 0);
+        Descriptor file(Retrying([&] { return open(path.c_str(), flags, kNewFileMode); }));
+        if (!file.valid()) return SystemError(path);
+        struct stat status {};
+        const auto info = InfoOf(fstat(file.get(), &status), status, path);
+        if (!info.ok()) return info.error();
+        if (!info.value().regular) return NotRegular(path);
         return std::unique_ptr<FileWriter>(std::make_unique<LinuxWriter>(std::move(file), path));
     }
 
@@ -182,12 +205,13 @@ class LinuxFiles : public FileService {
     Status MakeFolders(const std::string& folder) override {
         constexpr mode_t kMode = S_IRWXU | S_IRWXG | S_IRWXO;  // less the umask
         if (mkdir(folder.c_str(), kMode) == 0) return {};
-        const int error = errno;
+        int error = errno;
         if (error == ENOENT && FolderOf(folder) != folder) {
             if (auto made = MakeFolders(FolderOf(folder)); !made.ok()) return made;
             if (mkdir(folder.c_str(), kMode) == 0) return {};
-            return SystemError(folder);
+            error = errno;
         }
+        // Also if another process was faster.
         const auto info = Info(folder);
         if (error == EEXIST && info.ok() && info.value().folder) return {};
         return SystemError(folder, error);

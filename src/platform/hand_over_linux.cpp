@@ -177,7 +177,6 @@ class LinuxListener : public HandOverListener {
 }  // namespace
 
 HandOverResult SendHandOver(const std::string& socket_path, const std::string& name) {
-    if (name.size() > kLongestName) return HandOverResult::Refused;
     const auto address = AddressOf(socket_path);
     const Descriptor server(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     if (!server.valid()) return HandOverResult::Refused;
@@ -185,6 +184,7 @@ HandOverResult SendHandOver(const std::string& socket_path, const std::string& n
         const bool nobody = errno == ENOENT || errno == ECONNREFUSED;
         return nobody ? HandOverResult::NoneThere : HandOverResult::Refused;
     }
+    if (name.size() > kLongestName) return HandOverResult::Refused;
     if (!IsOurs(server) || !SendAll(server, MessageOf(name))) return HandOverResult::Refused;
     char answer = 0;
     const auto count = Retrying([&] { return recv(server.get(), &answer, 1, 0); });

@@ -107,8 +107,10 @@ class LinuxInstance : public InstanceService {
             if (errno == EWOULDBLOCK) return false;
             return SystemError(JoinPath(folder_, lock_name_));
         }
-        // The file stays for ever: removed, it could be locked by one process and made anew and
-        // locked by the next.
+        // The file is never removed: it could be locked by one process, and made anew and locked
+        // by the next. The sticky bit tells those who tidy up runtime folders the same (XDG Base
+        // Directory Specification); without it the lock holds all the same.
+        static_cast<void>(fchmod(file.get(), S_IRUSR | S_IWUSR | S_ISVTX));
         lock_ = std::move(file);
         return true;
     }

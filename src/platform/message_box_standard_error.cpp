@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "platform/message_box.h"
+#include "platform/retrying.h"
 
 namespace velto::platform {
 namespace {
@@ -15,7 +16,8 @@ class StandardErrorBoxes : public MessageBoxes {
         const std::string line = box.caption + ": " + box.text + "\n";
         std::string_view rest = line;
         while (!rest.empty()) {
-            const auto written = write(STDERR_FILENO, rest.data(), rest.size());
+            const auto written =
+                Retrying([&] { return write(STDERR_FILENO, rest.data(), rest.size()); });
             if (written <= 0) break;
             rest.remove_prefix(static_cast<std::size_t>(written));
         }

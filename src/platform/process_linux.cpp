@@ -125,7 +125,11 @@ Error ToError(const ChildFailure& failure, const ChildPlan& plan) {
 
 class LinuxProcesses : public ProcessService {
   public:
-    explicit LinuxProcesses(const Environment& environment) : environment_(environment) {}
+    explicit LinuxProcesses(const Environment& environment) : environment_(environment) {
+        // Whoever started this program may have it ignore the end of its children; then no exit
+        // status would be left to wait for.
+        std::signal(SIGCHLD, SIG_DFL);
+    }
 
     Result<std::unique_ptr<ChildProcess>> Start(const ProcessRequest& request) override {
         strays_->Collect();

@@ -5,8 +5,9 @@
 // without regard to case (A to Z). The value named "" is the key's default value. Data are exact
 // bytes for every type; a string's include its final NUL if it was written with one.
 //
-// Bounds, over which a write is Malformed: a component has 1 to kLongestKeyName bytes, a value
-// name up to kLongestValueName, data up to kLargestValue. Names hold no NUL, CR or LF.
+// Bounds, over which a write is Malformed: a path has up to kDeepestKey components of 1 to
+// kLongestKeyName bytes, a value name up to kLongestValueName, data up to kLargestValue. Names hold
+// no NUL, CR or LF.
 //
 // A store may be called from any thread; a RegistryTransaction keeps all other threads and
 // processes from writing until it ends, and belongs to the thread that began it. Keys and
@@ -25,6 +26,7 @@
 namespace velto::platform {
 
 inline constexpr std::size_t kLongestKeyName = 255;
+inline constexpr std::size_t kDeepestKey = 512;  // components of a path, the root's included
 inline constexpr std::size_t kLongestValueName = 16383;
 inline constexpr std::size_t kLargestValue = std::size_t{1} << 20;
 

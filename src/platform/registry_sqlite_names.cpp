@@ -26,6 +26,9 @@ Result<KeyPath> ParseKeyPath(std::string_view path) {
         if (components.back().empty() || components.back().size() > kLongestKeyName) {
             return Malformed(path, "a key's name has 1 to 255 bytes");
         }
+        if (components.size() > kDeepestKey) {
+            return Malformed(path, "a key has up to 512 components");
+        }
         begin = end + 1;
     }
     return components;

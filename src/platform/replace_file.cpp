@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::string_view kPrefix = "velto-";
 constexpr std::string_view kSuffix = ".new";
-constexpr unsigned kNewFileMode = 0644;
 
 std::string TemporaryName() {
     static std::atomic<unsigned> counter = 0;
@@ -55,7 +54,7 @@ FileReplacement::FileReplacement(FileService& files, std::string target, std::st
 Result<std::unique_ptr<FileReplacement>> FileReplacement::Begin(FileService& files,
                                                                 const std::string& path) {
     std::string target = path;
-    unsigned mode = kNewFileMode;
+    std::optional<unsigned> mode;
     const auto old = files.Info(path);
     if (old.ok()) {
         if (!old.value().regular) return Error{ErrorKind::Unsuitable, path, "not a regular file"};
@@ -68,8 +67,15 @@ Result<std::unique_ptr<FileReplacement>> FileReplacement::Begin(FileService& fil
         return old.error();
     }
 
-    std::string temporary = JoinPath(FolderOf(target), TemporaryName());
-    auto writer = files.Create(temporary, mode);
+    // A killed process of the same number may have left some.
+    constexpr int kAttempts = 1000;
+    std::string temporary;
+    Result<std::unique_ptr<FileWriter>> writer = Error{};
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        temporary = JoinPath(FolderOf(target), TemporaryName());
+        writer = files.Create(temporary, mode);
+        if (writer.ok() || writer.error().kind != ErrorKind::AlreadyExists) break;
+    }
     if (!writer.ok()) return Error{writer.error().kind, path, writer.error().text};
     return std::unique_ptr<FileReplacement>(new FileReplacement(
         files, std::move(target), std::move(temporary), std::move(writer).value()));

@@ -10,8 +10,8 @@ namespace velto::platform {
 
 // Waits until nobody else holds the lock of `file`, which is the file of that name with ".lock"
 // behind it; it is made if need be and never removed, since others may be waiting on it. The
-// lock is held until the result is closed, and ends with the process in any case. Waiters get it
-// in the order in which they came. A second lock of the same thread would wait for ever.
+// lock is held until the result is closed, and ends with the process in any case. A second lock of
+// the same thread would wait for ever.
 Result<Descriptor> TakeWriteLock(const std::string& file);
 
 }  // namespace velto::platform

@@ -1,5 +1,6 @@
 // The registry editor's program: `velto-regedit /E FILE KEY` and `velto-regedit /S FILE`.
 #include <array>
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <span>
@@ -26,7 +27,8 @@ constexpr std::string_view kUsage =
     "removes nothing; lines that it can't read are skipped and counted.\n"
     "\n"
     "The registry is the file registry.db in the folder named by VELTO_HOME, by default\n"
-    "~/.local/share/velto. The exit status is 0 if the work was done and 1 if not.\n";
+    "$XDG_DATA_HOME/velto or ~/.local/share/velto. The exit status is 0 if the work was done and 1 "
+    "if not.\n";
 
 int Fail(const std::string& message) {
     std::cerr << message << '\n';
@@ -104,6 +106,8 @@ int Run(std::span<const std::string> arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A reader of the messages that is gone must not make a merge look failed.
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
         return Run(arguments);

@@ -30,7 +30,7 @@ Result<std::optional<TextLine>> TextLines::Next() {
             if (!more.value()) return begun ? std::optional(Line()) : std::nullopt;
         }
         begun = true;
-        const auto rest = std::string_view(buffer_).substr(next_);
+        const auto rest = std::string_view{buffer_}.substr(next_);
         const auto end = rest.find('\n');
         Take(rest.substr(0, end));
         if (end != std::string_view::npos) {

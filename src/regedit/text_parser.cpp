@@ -47,7 +47,7 @@ bool IsKeyPath(std::string_view path) {
         if (name.empty() || !IsName(name, platform::kLongestKeyName)) return false;
         begin = end + 1;
     }
-    return depth <= kDeepestKey && platform::HasKnownRoot(path);
+    return depth <= platform::kDeepestKey && platform::HasKnownRoot(path);
 }
 
 class Parser {

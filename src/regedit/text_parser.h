@@ -8,7 +8,7 @@
 // all other bytes are kept.
 //
 // A malformed line is skipped, and so is what no registry could store: a bad name, a key of an
-// unknown root or deeper than kDeepestKey, a value that is too large; its neighbours are not.
+// unknown root or too deep, a value that is too large; its neighbours are not.
 // Values below a key line that was skipped are passed over with it. `[-key]` and `"name"=-`, which
 // would remove something, are passed over.
 #pragma once
@@ -21,9 +21,6 @@
 #include "platform/result.h"
 
 namespace velto::regedit {
-
-// Keys on the way from a root to a key, both counted.
-inline constexpr std::size_t kDeepestKey = 512;
 
 // The number of lines skipped; a value on several lines counts as one, and what is passed over
 // isn't counted. Malformed if the first line is unknown: then the visitor has been shown nothing.

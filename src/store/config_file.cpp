@@ -12,9 +12,13 @@
 namespace velto {
 namespace {
 
-void RemoveEach(std::string& text, std::string_view what) {
-    for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at)) {
-        text.erase(at, what.size());
+std::string WithoutEach(std::string_view text, std::string_view what) {
+    std::string rest;
+    while (true) {
+        const auto at = text.find(what);
+        rest.append(text.substr(0, at));
+        if (at == std::string_view::npos) return rest;
+        text.remove_prefix(at + what.size());
     }
 }
 
@@ -36,8 +40,7 @@ std::string CConfigFile::ReadEntry(std::string_view key) const {
     const auto mark = std::string("; ").append(key);
     const auto at = text_.find(mark);
     if (at == std::string::npos) return {};
-    std::string value(LineAround(text_, at));
-    RemoveEach(value, mark);
+    auto value = WithoutEach(LineAround(text_, at), mark);
     std::erase(value, '=');
     return std::string(platform::Trim(value));
 }

@@ -46,6 +46,10 @@ class CConfigFile {
     // blanks, so that no value becomes a line of the registry script.
     void WriteEntry(std::string_view key, std::string_view value);
 
+    void WriteLine(std::string_view line) { text_.append(line) += '\n'; }
+    // Whole lines, with LF line ends.
+    void WriteText(std::string_view lines) { text_.append(lines); }
+
     // The number, from 0, of the first line that contains `key` itself. If there is none: a
     // message, and -1.
     int FindEntryLine(std::string_view key) const;

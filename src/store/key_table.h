@@ -82,7 +82,8 @@ struct KeyRow {
     std::optional<std::string_view> newFile;
     // What a load takes for a missing or empty key. Nothing: the defaults of the pad.
     std::optional<std::string_view> onLoad;
-    // The value of `Software\epsxe\config` that a new file takes the text from; else empty.
+    // The value of `Software\epsxe\config` that a new file takes the text from; else empty. A
+    // flag's value there is "1" or not.
     std::string_view emulatorValue;
     // What a direct run takes where the file's version doesn't have the key; empty for keys that
     // every version has.

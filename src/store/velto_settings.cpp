@@ -119,6 +119,7 @@ void CVeltoSettings::SetWindowPos(std::int32_t x, std::int32_t y) {
 }
 
 void CVeltoSettings::AddGroup(const std::string& name, const std::string& parent) {
+    if (IsListLost("groups") || IsListLost("parents")) return;
     auto groups = GetGroups();
     auto parents = GetParents();
     groups.push_back(name);
@@ -127,6 +128,7 @@ void CVeltoSettings::AddGroup(const std::string& name, const std::string& parent
 }
 
 void CVeltoSettings::RemoveGroup(const std::string& name, const std::string& parent) {
+    if (IsListLost("groups") || IsListLost("parents")) return;
     auto groups = GetGroups();
     auto parents = GetParents();
     for (std::size_t i = std::min(groups.size(), parents.size()); i-- > 0;) {
@@ -167,7 +169,7 @@ bool CVeltoSettings::IsLogWindowOn() const {
     return !key.ok() || ReadText(key.value().get(), "nodebug", kStringBuffer) != "0";
 }
 
-// The emulator knows the flag by the first name and reads it by the second.
+// Both names together: it was written under the first alone and is read under the second.
 void CVeltoSettings::SetLogWindow(bool on) {
     const auto flag = StringValue(on ? "1" : "0");
     Write(kEmulatorConfigKey, {{"Logswindow", flag}, {"nodebug", flag}});
@@ -192,6 +194,15 @@ std::string CVeltoSettings::ReadString(std::string_view name) const {
 
 std::vector<std::string> CVeltoSettings::ReadList(std::string_view name) const {
     return SplitList(ReadText(key_.get(), name, kListBuffer).value_or(""), kSeparator);
+}
+
+// Whether a list is there that reads as empty because the read fails: a change would write that
+// over it.
+bool CVeltoSettings::IsListLost(std::string_view name) const {
+    if (!key_) return true;
+    const auto value = key_->Query(name);
+    if (!value.ok()) return value.error().kind != platform::ErrorKind::NotFound;
+    return value.value().data.size() > kListBuffer;
 }
 
 std::uint32_t CVeltoSettings::ReadDword(std::string_view name, std::uint32_t missing) const {

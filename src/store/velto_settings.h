@@ -44,6 +44,7 @@ class CVeltoSettings {
 
     // `installerReset` is exactly 1.
     bool IsFirstRunDue() const { return ReadDword("installerReset", 0) == 1; }
+    void SetFirstRunDone() { WriteDword("installerReset", 0); }
     // The emulator is started with -nogui.
     bool IsGuiBypassed() const { return ReadDword("nogui", 1) != 0; }
     void SetGuiBypassed(bool on) { WriteDword("nogui", on ? 1 : 0); }
@@ -109,6 +110,7 @@ class CVeltoSettings {
   private:
     std::string ReadString(std::string_view name) const;
     std::vector<std::string> ReadList(std::string_view name) const;
+    bool IsListLost(std::string_view name) const;
     std::uint32_t ReadDword(std::string_view name, std::uint32_t missing) const;
     void WriteString(std::string_view name, std::string_view text);
     void WriteDword(std::string_view name, std::uint32_t number);

@@ -262,6 +262,9 @@ TEST_F(DirectRunTest, ACorruptedFileIsRefusedBehindTheMerge) {
         {"a key is missing", ConfigText("1.67.160", {}, {Key::autoplay}, PluginLine("new"))},
         {"empty", ""},
         {"binary", "\0\x1A\xFF\r\r\n\0"s},
+        {"an argument with a NUL", ConfigText("1.67.160", {"commandLine = -a\0b"s})},
+        {"a text no registry string holds",
+         ConfigText("1.67.160", {"bios = " + std::string(std::size_t{1} << 20, 'b')})},
         {"larger than any configuration", std::string(kLargestConfigFile + 1, 'x')},
     };
     for (const auto& [what, text] : cases) {
@@ -273,7 +276,7 @@ TEST_F(DirectRunTest, ACorruptedFileIsRefusedBehindTheMerge) {
     }
     EXPECT_THAT(PluginPath(), Optional("new"s));
     EXPECT_EQ(StringOf(kEmulatorConfigKey, "BiosName"), std::nullopt);
-    EXPECT_EQ(processes.requests.size(), 4U) << "never the emulator";
+    EXPECT_EQ(processes.requests.size(), std::size(cases)) << "never the emulator";
 }
 
 TEST_F(DirectRunTest, AnOptionLineThatEndsInABackslashIsOnlyAComment) {

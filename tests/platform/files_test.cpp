@@ -145,7 +145,7 @@ TEST(Environment, MakesEveryPathAbsoluteAndHandsItOnInThatForm) {
     const TemporaryFolder here;
     WriteFile(here / "bin/editor", "");
     std::filesystem::permissions(here / "bin/editor", std::filesystem::perms::owner_all);
-    const auto environment = ReadWith({{"VELTO_HOME", "data/../data/"},
+    const auto environment = ReadWith({{"VELTO_HOME", "./data/"},
                                        {"VELTO_DRIVES", "./letters"},
                                        {"VELTO_REGEDIT", "editor"},
                                        {"VELTO_RUNNER", "no-such-runner"},
@@ -154,6 +154,8 @@ TEST(Environment, MakesEveryPathAbsoluteAndHandsItOnInThatForm) {
     EXPECT_EQ(environment.home, here / "data");
     EXPECT_EQ(environment.drives, here / "letters");
     EXPECT_EQ(environment.registry_editor, here / "bin/editor");
+    EXPECT_EQ(ReadWith({{"VELTO_HOME", "link/../data"}}, here.path()).home, here / "link/../data")
+        << "what lies behind a link isn't known by its name";
     EXPECT_EQ(environment.runner, "no-such-runner") << "to be a failure when it is started";
     using Variable = std::pair<std::string, std::string>;
     EXPECT_THAT(environment.child_variables,

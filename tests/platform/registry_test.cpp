@@ -1,9 +1,10 @@
 #include "platform/registry.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <string>

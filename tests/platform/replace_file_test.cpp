@@ -85,10 +85,31 @@ TEST_F(ReplaceFileTest, RefusesWhatMustNotBeReplaced) {
     EXPECT_EQ(ReplaceFile(*files, target, "new").error().kind, ErrorKind::Denied);
     EXPECT_EQ(ReadFile(target), "old");
 
+    std::filesystem::create_symlink(folder / "unmounted/Game.dta", folder / "link.dta");
+    EXPECT_EQ(ReplaceFile(*files, folder / "link.dta", "new").error().kind, ErrorKind::Unsuitable);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.dta"));
+
     ASSERT_EQ(mkfifo((folder / "pipe.dta").c_str(), 0600), 0);
     EXPECT_EQ(ReplaceFile(*files, folder / "pipe.dta", "new").error().kind, ErrorKind::Unsuitable);
     EXPECT_EQ(ReplaceFile(*files, folder.path(), "new").error().kind, ErrorKind::Unsuitable);
     EXPECT_EQ(ReplaceFile(*files, folder / "no/Game.dta", "new").error().kind, ErrorKind::NotFound);
+}
+
+TEST_F(ReplaceFileTest, WorksBesideTheLeftoversOfAProcessOfTheSameNumber) {
+    for (int n = 0; n < 50; ++n) {
+        WriteFile(folder / ("velto-" + std::to_string(getpid()) + "-" + std::to_string(n) + ".new"),
+                  "");
+    }
+    EXPECT_TRUE(ReplaceFile(*files, target, "new").ok());
+    EXPECT_EQ(ReadFile(target), "new");
+}
+
+TEST_F(ReplaceFileTest, ANewFileHasThePermissionsOfTheUsersUmask) {
+    const mode_t before = umask(077);
+    const auto replaced = ReplaceFile(*files, target, "private");
+    umask(before);
+    ASSERT_TRUE(replaced.ok());
+    EXPECT_EQ(files->Info(target).value().mode, 0600U);
 }
 
 TEST_F(ReplaceFileTest, ASweepLeavesTheTemporariesOfLivingProcessesAndTheUsersFiles) {

@@ -119,7 +119,7 @@ TEST(RegistryText, TellsEscapedFromPlainText) {
 TEST(RegistryText, PassesOverWhatStandsBelowABadKeyLine) {
     const std::string head = "[HKEY_CURRENT_USER\\";
     std::string deepest = "[HKEY_CURRENT_USER";
-    for (std::size_t i = 1; i < regedit::kDeepestKey; ++i) deepest += "\\d";
+    for (std::size_t i = 1; i < platform::kDeepestKey; ++i) deepest += "\\d";
     const Sample samples[] = {
         {"backslashes at the end", head + "b\\\\]", "[HKEY_CURRENT_USER\\b]\n"},
         {"bracket in a name", " " + head + "b]c ]\t", "[HKEY_CURRENT_USER\\b]c ]\n"},

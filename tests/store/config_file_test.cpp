@@ -47,6 +47,12 @@ TEST(ReadEntry, TakesTheFirstLineThatHoldsTheKeyAndCutsItDown) {
     }
 }
 
+TEST(ReadEntry, TakesALineOfMegabytesInItsStride) {
+    std::string line;
+    while (line.size() < std::size_t{4} << 20) line += "; bios = ";
+    EXPECT_EQ(CConfigFile(line).ReadEntry("bios"), "");
+}
+
 TEST(WriteEntry, NoByteOfAValueCanEndTheLine) {
     CConfigFile file;
     file.WriteEntry("bios", "a\nb\r\nc\0d\te\x7f\xE9"s);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/files.h"
 
@@ -20,6 +21,7 @@ class FailingFiles : public platform::FileService {
         : real_(real), step_(step), at_(at) {}
 
     int steps() const { return count_; }
+    std::vector<std::string> opened;  // to be read
 
     platform::Result<platform::FileInfo> Info(const std::string& path) override {
         return real_.Info(path);
@@ -31,19 +33,24 @@ class FailingFiles : public platform::FileService {
         return real_.List(folder);
     }
     platform::Result<std::unique_ptr<platform::FileReader>> Open(const std::string& path) override {
+        opened.push_back(path);
         return real_.Open(path);
     }
     platform::Status CheckWritable(const std::string& path) override {
         return real_.CheckWritable(path);
     }
 
-    platform::Result<std::unique_ptr<platform::FileWriter>> Create(const std::string& path,
-                                                                   unsigned mode) override {
+    platform::Result<std::unique_ptr<platform::FileWriter>> Create(
+        const std::string& path, std::optional<unsigned> mode) override {
         if (Fails()) return Full(path);
         auto writer = real_.Create(path, mode);
         if (!writer.ok()) return writer;
         return std::unique_ptr<platform::FileWriter>(
             std::make_unique<Writer>(*this, path, std::move(writer).value()));
+    }
+    platform::Result<std::unique_ptr<platform::FileWriter>> OpenLog(const std::string& path,
+                                                                    bool anew) override {
+        return real_.OpenLog(path, anew);
     }
     platform::Status Rename(const std::string& from, const std::string& to) override {
         return Fails() ? Full(to) : real_.Rename(from, to);
