@@ -1,5 +1,6 @@
 #include "regedit/value_text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <utility>
@@ -55,12 +56,10 @@ std::string Unquoted(std::string_view text, Quoting quoting) {
     return result;
 }
 
-// Takes one to eight hexadecimal digits from the front of `text`.
+// Takes up to eight hexadecimal digits from the front of `text`; false if there is none.
 bool TakeNumber(std::string_view& text, std::uint32_t& number) {
     std::size_t count = 0;
-    while (count < text.size() && HexDigit(text[count])) {
-        if (++count > kMostDigits) return false;
-    }
+    while (count < std::min(text.size(), kMostDigits) && HexDigit(text[count])) ++count;
     std::from_chars(text.data(), text.data() + count, number, kHexadecimal);
     text.remove_prefix(count);
     return count > 0;

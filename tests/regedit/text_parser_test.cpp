@@ -1,6 +1,7 @@
 // What is read from registry text, and what is skipped.
 #include <gtest/gtest.h>
 
+#include "regedit/hex_bytes.h"
 #include "regedit/recorded_text.h"
 #include "regedit/text_lines.h"
 
@@ -188,18 +189,19 @@ TEST(RegistryText, BecomesUtf8FromUtf16) {
         u"\r\n[HKEY_CURRENT_USER\\\u00E9]\r\n"
         u"\"\u20AC\"=\"\U0001F600\xD800!\xDC00\"\r\n"
         u"\"x\"=hex(2):e9,00,3d,d8,\\\r\n  00,de,00,00\r\n\"m\"=hex(7):61,00,00,00,00,00\r\n"
-        u"\"odd\"=hex(1):61,00,00\r\n\"b\"=hex:e9,00\r\n";
+        u"\"odd\"=hex(1):61,00,00\r\n\"half\"=hex(1):3d,d8\r\n\"b\"=hex:e9,00\r\n";
     const std::string text =
         "[HKEY_CURRENT_USER\\%C3%A9]\n%E2%82%AC=1:%F0%9F%98%80%EF%BF%BD!%EF%BF%BD%00\n";
     const auto version5 = Utf16(u"Windows Registry Editor Version 5.00" + keys);
-    const std::string shown = text + "x=2:%C3%A9%F0%9F%98%80%00\nm=7:a%00%00\nb=3:%E9%00\n";
+    const std::string shown =
+        text + "x=2:%C3%A9%F0%9F%98%80%00\nm=7:a%00%00\nhalf=1:%EF%BF%BD\nb=3:%E9%00\n";
     EXPECT_EQ(Parse(version5), (Parsed{true, 1, shown}));
     EXPECT_EQ(Parse(version5, 1), (Parsed{true, 1, shown})) << "byte by byte";
     EXPECT_EQ(Parse(version5 + "\n"), (Parsed{true, 2, shown})) << "half a character at the end";
     EXPECT_EQ(Parse(Utf16(u"REGEDIT4" + keys)),
               (Parsed{true, 0,
                       text + "x=2:%E9%00=%D8%00%DE%00%00\nm=7:a%00%00%00%00%00\n" +
-                          "odd=1:a%00%00\nb=3:%E9%00\n"}));
+                          "odd=1:a%00%00\nhalf=1:=%D8\nb=3:%E9%00\n"}));
     EXPECT_EQ(Parse("Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\k]\n"
                     "\"\xE9\"=hex(2):e9,00\n"),
               (Parsed{true, 0, kShownHead + "%E9=2:%E9%00\n"}));
@@ -235,6 +237,25 @@ TEST(RegistryText, SkipsWhatIsLargerThanAnyValue) {
     for (const auto& sample : samples) Check(sample);
     const auto key = Parse(kHead + "[" + longest + "]\n\"a\"=\"b\"\n");
     EXPECT_EQ(key, (Parsed{true, 1, kShownHead})) << "values below a key line that is too long";
+}
+
+TEST(RegistryText, TakesTheLargestValueOfUtf16Data) {
+    std::u16string text =
+        u"Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\k]\n\"a\"=hex(2):";
+    for (std::size_t i = 0; i < platform::kLargestValue; i += 4) {
+        text += u"78,0,78,0,78,0,78,0,\\\n";
+    }
+    const std::string shown =
+        kShownHead + "a=2:" + std::string(platform::kLargestValue, 'x') + "\n";
+    EXPECT_TRUE(Parse(Utf16(text + u"\n")) == (Parsed{true, 0, shown}));
+    EXPECT_EQ(Parse(Utf16(text + u"78,0")), (Parsed{true, 1, kShownHead})) << "one character more";
+}
+
+TEST(RegistryText, KeepsNoBytesOfAListBeyondItsLimit) {
+    regedit::HexBytes bytes;
+    EXPECT_EQ(regedit::ReadHexBytes("1,2,\\", 3, bytes), regedit::HexEnd::Continues);
+    EXPECT_EQ(regedit::ReadHexBytes("3,4,5", 3, bytes), regedit::HexEnd::Broken);
+    EXPECT_EQ(bytes.data, "\x01\x02\x03");
 }
 
 }  // namespace
