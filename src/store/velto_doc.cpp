@@ -1,0 +1,100 @@
+#include "store/velto_doc.h"
+
+#include <tuple>
+#include <utility>
+
+#include "platform/file_search.h"
+#include "platform/files.h"
+#include "platform/message_box.h"
+
+namespace velto {
+
+CVeltoDoc::CVeltoDoc(std::string folder, Editor& editor)
+    : configDir(std::move(folder)), editor_(editor) {}
+
+bool CVeltoDoc::LoadConfig(const std::string& name) {
+    if (std::exchange(reselecting, false)) return false;
+    if (dirty && !(ConfirmLoss() && AcceptLoss())) return SendBack();
+    if (name.empty()) return true;
+    if (name == kRootGroup) return false;
+
+    const auto opened = OpenConfig(name);
+    if (!opened.ok()) {
+        platform::Boxes().Show(
+            {"Unable to open " + name + std::string(kConfigEnding) + " in folder " + configDir,
+             "File Not Found"});
+        return true;
+    }
+    const auto& file = opened.value();
+    auto loaded = ReadRecord(
+        file, [&](const std::string& plugin) { return editor_.PluginDisplayName(plugin); });
+    static_cast<ConfigRecord&>(*this) = std::move(loaded.record);
+    dirty = false;
+    loaded_name_ = name;
+
+    if (loaded.corrupted) {
+        platform::Boxes().Show(
+            {"One or more errors where detected in this configuration.  Default settings have been "
+             "used for the corrupted values.  It is recommended that you review all settings and "
+             "change as necessary",
+             "File Corrupted", platform::BoxIcon::Warning});
+    } else if (FlagFromText(RowOf(Key::magicCFG), file.ReadEntry(RowOf(Key::magicCFG).name))) {
+        editor_.AdaptPortable(*this, name);
+    }
+    return false;
+}
+
+bool CVeltoDoc::WarnIfDirty() {
+    if (!dirty) return false;
+    if (ConfirmLoss() && OnReset()) return false;
+    return SendBack();
+}
+
+bool CVeltoDoc::OnReset() {
+    const auto name = NameInHand();
+    if (!AcceptLoss()) return false;
+    LoadConfig(name);
+    UpdatePages();
+    return true;
+}
+
+bool CVeltoDoc::AcceptLoss() {
+    const auto removed = platform::Files().Remove(PendingDumpPath());
+    if (!removed.ok() && removed.error().kind != platform::ErrorKind::NotFound) {
+        platform::Boxes().Show(
+            {"Unable to delete " + std::string(kPendingDump) + ": " + removed.error().text,
+             "Error"});
+        return false;
+    }
+    dirty = false;
+    editor_.EnableApplyAndReset(false);
+    return true;
+}
+
+std::string CVeltoDoc::NameInHand() const {
+    return editor_.SelectedKind() == NodeKind::Group ? loaded_name_
+                                                     : editor_.GetSelectedConfigName();
+}
+
+bool CVeltoDoc::ConfirmLoss() {
+    return platform::Boxes().Show({"Warning: This action will cause your current changes to be "
+                                   "lost.  Do you wish to continue?",
+                                   "Switch view?", platform::BoxIcon::Question,
+                                   platform::BoxButtons::YesNo, true}) == platform::BoxAnswer::Yes;
+}
+
+bool CVeltoDoc::SendBack() {
+    if (editor_.PreviousKind() == NodeKind::Configuration) reselecting = true;
+    return true;
+}
+
+platform::Result<CConfigFile> CVeltoDoc::OpenConfig(const std::string& name) const {
+    const auto file = name + std::string(kConfigEnding);
+    const auto found = platform::FindFile(platform::Files(), configDir, file);
+    if (!found) {
+        return platform::Error{platform::ErrorKind::NotFound, file, "there is no such file"};
+    }
+    return CConfigFile::Open(platform::JoinPath(configDir, *found));
+}
+
+}  // namespace velto

@@ -1,0 +1,87 @@
+// The one document: the configuration in hand, with its load, its save and what may be lost.
+//
+// Three states matter: clean; edited (`dirty`); and edited with plug-in settings pending, when
+// `plugins.tmp` of the configuration folder holds a dump that no configuration has yet. A save, a
+// reset or an accepted loss of changes makes the document clean again.
+//
+// The document belongs to the user interface thread. It owns the record; the editor that it asks
+// is not owned and must outlive it. Files are read and written whole, in one go.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+#include "platform/result.h"
+#include "store/config_record.h"
+#include "store/editor.h"
+#include "store/velto_settings.h"
+
+namespace velto {
+
+// In the configuration folder: the pending dump of plug-in settings.
+inline constexpr const char* kPendingDump = "plugins.tmp";
+
+class CVeltoDoc : public ConfigRecord {
+  public:
+    // `configDir` is a host path without a separator at its end.
+    CVeltoDoc(std::string configDir, Editor& editor);
+
+    // Loads `<name>.dta` into the record, without a change to the file. True tells the tree to go
+    // back to the node that was selected before: the user keeps unsaved changes, there is no name,
+    // or the file can't be read, which is reported; the record then is as before. False lets it go
+    // on.
+    bool LoadConfig(const std::string& name);
+
+    // For a selection that leaves a configuration for a node without one: asks about unsaved
+    // changes. True as above.
+    bool WarnIfDirty();
+
+    // Takes the lines of `<source>.dta`, or a pending dump, and the record to `<destination>.dta`
+    // (a name, or a full path without `.dta`). `magic` writes a portable file, which leaves the
+    // pending dump, `dirty` and the source as they are. False after a failure, which is reported:
+    // then `dirty` and the pending dump stay, and the destination is the old file or the new one,
+    // whole.
+    bool SaveConfig(const std::string& source, bool magic, const std::string& destination);
+
+    // "Reset Settings": the configuration in hand as its file has it. False as below.
+    bool OnReset();
+
+    // The user gives unsaved changes up, pending plug-in settings included. False, after a
+    // message, if these can't be removed: then everything stays, or they would reach the next
+    // configuration that is saved.
+    bool AcceptLoss();
+
+    void UpdatePages() { editor_.RefreshPages(); }
+
+    // The name that a save or a reset means: that of the selected configuration, or, if the
+    // selection is a group by now, of the last one that was loaded.
+    std::string NameInHand() const;
+    // The configuration in hand has been renamed.
+    void FollowRename(const std::string& name) { loaded_name_ = name; }
+
+    const std::string configDir;
+    CVeltoSettings settings;
+    // The record or the pending plug-in settings differ from the file.
+    bool dirty = false;
+
+  private:
+    platform::Status Save(const std::string& source, bool magic, const std::string& destination);
+    static bool ConfirmLoss();
+    // True, for the tree, whose way back then loads nothing.
+    bool SendBack();
+    platform::Result<CConfigFile> OpenConfig(const std::string& name) const;
+    std::string PendingDumpPath() const { return platform::JoinPath(configDir, kPendingDump); }
+
+    Editor& editor_;
+    std::string loaded_name_;
+    // The next load is the echo of the tree's way back after a refusal.
+    bool reselecting = false;
+};
+
+// The lines of a configuration or a dump that belong to the plug-ins: all behind the first one
+// but option lines and comments; banners, which begin with ";#//", are kept. Each has its line
+// end. Texts have LF line ends.
+std::string CopyPluginLines(std::string_view from);
+
+}  // namespace velto
