@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Prints the table of a benchmark run: medians, and the ratios that have a bound.
 
-usage: table.py <result.json>
+usage: table.py <result.json>...
 """
 import json
 import statistics
@@ -10,7 +10,8 @@ import sys
 
 def main():
     runs = {}
-    for run in json.load(open(sys.argv[1], encoding="utf-8"))["benchmarks"]:
+    results = [json.load(open(path, encoding="utf-8")) for path in sys.argv[1:]]
+    for run in [run for result in results for run in result["benchmarks"]]:
         if run["run_type"] == "iteration":
             name = run["run_name"].split("/iterations")[0]
             runs.setdefault(name, []).append(run)
@@ -18,11 +19,13 @@ def main():
     def median(name, field="real_time"):
         return statistics.median(run[field] for run in runs[name])
 
-    milli = 1e-6  # from nanoseconds
+    def milliseconds(name):
+        return median(name) * {"ns": 1e-6, "us": 1e-3, "ms": 1}[runs[name][0]["time_unit"]]
+
     rows = []
-    direct = median("DirectRun") * milli
-    merge = median("MergeOfTheConfiguration") * milli
-    bare = median("BareEmulator") * milli
+    direct = milliseconds("DirectRun")
+    merge = milliseconds("MergeOfTheConfiguration")
+    bare = milliseconds("BareEmulator")
     rows.append(("direct run, spawn to the emulator's first byte", f"{direct:.1f} ms",
                  f"{direct / (merge + bare):.2f} times merge + bare emulator", "2"))
     rows.append(("  its configuration merged by velto-regedit", f"{merge:.1f} ms", "", ""))
@@ -31,13 +34,17 @@ def main():
     texts = sorted((int(name.split("/")[1]), name) for name in runs if name.startswith("MergeOfValues"))
     empty = texts[0][1]
     for values, name in texts[1:]:
-        time = median(name) * milli
+        time = milliseconds(name)
         more = max(run["peak_mib"] for run in runs[name]) - median(empty, "peak_mib")
         size = runs[name][0]["text_mib"]
         rows.append((f"registry text of {size:.1f} MiB, {values} values", f"{time:.0f} ms",
                      f"{more:.1f} MiB more than an empty one", "16 MiB"))
     half, whole = median(texts[-2][1]), median(texts[-1][1])
     rows.append(("  time of the whole against the half", "", f"{whole / half:.2f} times", "linear: 2"))
+
+    scan, bare_scan = milliseconds("ScanOfPlugins"), milliseconds("LibrariesInOneProcess")
+    rows.append(("scan of 500 plug-ins", f"{scan:.1f} ms",
+                 f"{scan / bare_scan:.2f} times the same calls in one process", "2"))
 
     heads = ("Work", "Median", "Ratio or memory", "Bound")
     widths = [max(len(row[i]) for row in [heads, *rows]) for i in range(4)]

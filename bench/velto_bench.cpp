@@ -2,6 +2,7 @@
 //
 // Times are wall clock from a spawn to the first byte of output or to the exit, medians of
 // alternating runs. Peak memory is that of the child (ru_maxrss).
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -12,6 +13,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,7 +21,14 @@
 #include <benchmark/benchmark.h>
 
 #include "launch/emulator_values.h"
+#include "platform/drives.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/host.h"
+#include "platform/libraries.h"
+#include "platform/process.h"
 #include "platform/registry.h"
+#include "plugins/plugin_catalogue.h"
 #include "store/velto_settings.h"
 
 namespace {
@@ -179,6 +188,82 @@ void MergeOfValues(benchmark::State& state) {
         static_cast<double>(fs::file_size(text)) / static_cast<double>(std::size_t{1} << 20);
 }
 
+// A plug-in folder full of libraries, and the services that a scan of it needs.
+class PluginHome {
+  public:
+    static constexpr int kLibraries = 500;
+
+    PluginHome() {
+        fs::create_directories(Folder());
+        for (int i = 0; i < kLibraries; ++i) {
+            fs::copy(BenchHome::Program("probe-plugin.so"), Library(i));
+        }
+        const platform::RegistryWrite emulator[] = {
+            {std::string(platform::kCurrentUser).append(velto::kSettingsKey), "epsxe",
+             platform::StringValue((emulator_ / "epsxe").string())}};
+        Check(registry_->OpenStore(emulator).ok(), "registry");
+    }
+
+    fs::path Folder() const { return emulator_ / "plugins"; }
+    fs::path Library(int i) const { return Folder() / ("gpu" + std::to_string(i) + ".so"); }
+
+  private:
+    const fs::path emulator_ = fs::path(Home().Registry()).parent_path() / "emulator";
+    const std::unique_ptr<platform::FileService> files_ = platform::MakeFileService();
+    const platform::Environment environment_ = platform::ReadEnvironment(*files_);
+    const std::unique_ptr<platform::DriveTable> drives_ =
+        platform::MakeDriveTable(*files_, environment_.drives, environment_.home);
+    const std::unique_ptr<platform::RegistryStore> registry_ =
+        platform::MakeSqliteRegistry(emulator_.string() + ".db");
+    const std::unique_ptr<platform::ProcessService> processes_ =
+        platform::MakeProcessService(environment_);
+    const std::unique_ptr<platform::LibraryService> libraries_ =
+        platform::MakeLibraryService(*processes_, environment_.program);
+    const platform::HostScope scope_{{&environment_, files_.get(), drives_.get(), registry_.get(),
+                                      processes_.get(), nullptr, nullptr, libraries_.get()}};
+};
+
+const PluginHome& Plugins() {
+    static const PluginHome home;
+    return home;
+}
+
+void ScanOfPlugins(benchmark::State& state) {
+    Plugins();
+    for (auto _ : state) {
+        velto::CPluginCatalogue catalogue;
+        int lines = 0;
+        catalogue.ScanPlugins([&](const std::string&) { ++lines; });
+        const auto names = catalogue.GetPluginNames(velto::kGpuPlugin);
+        Check(names.size() == PluginHome::kLibraries && lines == PluginHome::kLibraries, "scan");
+    }
+}
+
+template <class Function>
+Function* Export(void* library, const char* name) {
+    void* address = dlsym(library, name);
+    Check(address != nullptr, name);
+    return reinterpret_cast<Function*>(address);
+}
+
+void LibrariesInOneProcess(benchmark::State& state) {
+    const auto& home = Plugins();
+    for (auto _ : state) {
+        std::vector<void*> libraries;
+        const auto start = Clock::now();
+        for (int i = 0; i < PluginHome::kLibraries; ++i) {
+            libraries.push_back(dlopen(home.Library(i).c_str(), RTLD_NOW | RTLD_LOCAL));
+            Check(libraries.back() != nullptr, "dlopen");
+            benchmark::DoNotOptimize(Export<unsigned()>(libraries.back(), "PSEgetLibType")());
+            benchmark::DoNotOptimize(Export<unsigned()>(libraries.back(), "PSEgetLibVersion")());
+            auto* get_name = Export<const char*()>(libraries.back(), "PSEgetLibName");
+            benchmark::DoNotOptimize(std::string(get_name()));
+        }
+        state.SetIterationTime(Since(start));
+        for (void* library : libraries) Check(dlclose(library) == 0, "dlclose");
+    }
+}
+
 constexpr int kRuns = 41;
 constexpr int kLongRuns = 5;
 constexpr std::int64_t kHundredMebibytes = 2'200'000;
@@ -186,6 +271,8 @@ constexpr std::int64_t kHundredMebibytes = 2'200'000;
 BENCHMARK(DirectRun)->UseManualTime()->Iterations(1)->Repetitions(kRuns);
 BENCHMARK(MergeOfTheConfiguration)->UseManualTime()->Iterations(1)->Repetitions(kRuns);
 BENCHMARK(BareEmulator)->UseManualTime()->Iterations(1)->Repetitions(kRuns);
+BENCHMARK(ScanOfPlugins)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kRuns);
+BENCHMARK(LibrariesInOneProcess)->UseManualTime()->Iterations(1)->Repetitions(kRuns);
 BENCHMARK(MergeOfValues)
     ->UseManualTime()
     ->Iterations(1)

@@ -37,15 +37,26 @@ void CloseFrom(int first) {
     for (int number = first; number < end; ++number) close(number);
 }
 
-// Leaves descriptors 0 to 2 and the report pipe, which becomes `report`.
-bool ArrangeDescriptors(int& report) {
-    constexpr int kReport = STDERR_FILENO + 1;
-    if (report != kReport && dup3(report, kReport, O_CLOEXEC) < 0) return false;
-    report = kReport;
+// Gives the channel the first number behind the outputs, and `report` one above it.
+bool PlaceChannel(int channel, int& report) {
+    constexpr int kChannel = STDERR_FILENO + 1;
+    const int moved = fcntl(report, F_DUPFD_CLOEXEC, kChannel + 1);
+    if (moved < 0) return false;
+    report = moved;
+    // A channel that has that number already would keep its flag and be closed.
+    return dup2(channel, kChannel) >= 0 && fcntl(kChannel, F_SETFD, 0) == 0;
+}
+
+// Leaves descriptors 0 to 2, the channel, and behind it the report pipe, which becomes `report`.
+bool ArrangeDescriptors(int channel, int& report) {
+    if (channel >= 0 && !PlaceChannel(channel, report)) return false;
+    const int place = STDERR_FILENO + (channel >= 0 ? 2 : 1);
+    if (report != place && dup3(report, place, O_CLOEXEC) < 0) return false;
+    report = place;
     const int empty = open("/dev/null", O_RDONLY);
     if (empty < 0 || dup2(empty, STDIN_FILENO) < 0) return false;
     if (empty != STDIN_FILENO) close(empty);
-    CloseFrom(kReport + 1);
+    CloseFrom(place + 1);
     return true;
 }
 
@@ -77,7 +88,7 @@ ChildPlan::ChildPlan(std::vector<std::string> command, std::vector<std::string> 
 
 void BecomeProgram(const ChildPlan& plan, int report) {
     ChildFailure failure;
-    if (ArrangeDescriptors(report) && setsid() >= 0 &&
+    if (ArrangeDescriptors(plan.channel, report) && setsid() >= 0 &&
         (!plan.ends_with_parent || TieToParent(plan.parent)) && ResetSignals()) {
         failure.step = ChildFailure::Step::Folder;
         if (plan.folder.empty() || chdir(plan.folder.c_str()) == 0) {

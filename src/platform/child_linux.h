@@ -22,6 +22,7 @@ struct ChildPlan {
     std::vector<char*> environment_pointers;
     std::string folder;             // empty: the parent's
     bool ends_with_parent = false;  // SIGKILL when the thread that forked ends
+    int channel = -1;               // becomes number 3
     pid_t parent;
 };
 

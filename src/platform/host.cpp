@@ -4,6 +4,7 @@
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/instance.h"
+#include "platform/libraries.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/registry.h"
@@ -42,6 +43,9 @@ InstanceService& Instance() {
 }
 MessageBoxes& Boxes() {
     return *current.boxes;
+}
+LibraryService& Libraries() {
+    return *current.libraries;
 }
 
 }  // namespace velto::platform

@@ -6,6 +6,7 @@ namespace velto::platform {
 class DriveTable;
 class FileService;
 class InstanceService;
+class LibraryService;
 class MessageBoxes;
 class ProcessService;
 class RegistryStore;
@@ -20,6 +21,7 @@ struct HostServices {
     ProcessService* processes = nullptr;
     InstanceService* instance = nullptr;
     MessageBoxes* boxes = nullptr;
+    LibraryService* libraries = nullptr;
 };
 
 // Makes the services the ones that Files(), Registry() and the other accessors return, for its

@@ -82,6 +82,11 @@ class LinuxChild : public ChildProcess {
         return WaitFor(child_, program_);
     }
 
+    void Kill() override {
+        // Can't fail: a child that has ended keeps its number until it is waited for.
+        if (!waited_) kill(child_, SIGKILL);
+    }
+
   private:
     pid_t child_;
     std::string program_;
@@ -138,6 +143,7 @@ class LinuxProcesses : public ProcessService {
         ChildPlan plan(std::move(command).value(), ChildEnvironment());
         plan.folder = request.folder;
         plan.ends_with_parent = request.ends_with_parent;
+        plan.channel = request.channel;
         return Fork(plan);
     }
 

@@ -1,0 +1,90 @@
+// Foreign libraries: loaded, searched and called outside of this process.
+//
+// Nothing of a library ever runs in here. Each loaded one lives in a program of its own, with the
+// library's folder as its current directory, and all that a scan loads share one. What a library
+// does there, crash, exit, hang or nonsense, is a failure of the call and ends its program alone;
+// whatever that program held is then as good as freed.
+//
+// Calls may come from any thread, but from one at a time for each library. No program of a library
+// outlives the thread that loaded it.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/result.h"
+
+namespace velto::platform {
+
+// Opaque. A handle is never used twice; an address means something to its library alone.
+enum class LibraryHandle : std::uint64_t { None = 0 };
+enum class FunctionAddress : std::uint64_t { None = 0 };
+
+// The longest text that a function may give, in bytes.
+inline constexpr std::size_t kLongestLibraryText = 4096;
+// The most functions that one Find or Call may name.
+inline constexpr std::size_t kMostFunctions = 8;
+// How long a library may take to answer, but for a call outside of a scan, which may wait for the
+// user.
+inline constexpr std::chrono::milliseconds kLibraryAnswerTime{5000};
+
+// What is taken of what a function gives: nothing, the low 32 bits, or the text up to its NUL.
+enum class FunctionResult : std::uint8_t { Nothing, Number, Text };
+
+// A call of a function without parameters.
+struct FunctionCall {
+    FunctionAddress address = FunctionAddress::None;
+    FunctionResult result = FunctionResult::Nothing;
+};
+
+struct FunctionAnswer {
+    std::uint32_t number = 0;
+    std::string text{};  // any bytes but NUL
+};
+
+// As long as it lives, libraries of its folder are loaded into one program, or a new one after that
+// has died. Its destructor ends the program, and with it what is still loaded there.
+class LibraryScan {
+  public:
+    virtual ~LibraryScan() = default;
+};
+
+class LibraryService {
+  public:
+    virtual ~LibraryService() = default;
+
+    // Loads the file of this name in the folder, a host path.
+    virtual Result<LibraryHandle> Load(const std::string& folder, const std::string& file) = 0;
+    // One address for each name: that of the function that the library itself exports under
+    // exactly this name, else None.
+    virtual Result<std::vector<FunctionAddress>> Find(LibraryHandle library,
+                                                      std::span<const std::string_view> names) = 0;
+    // Calls the functions in their order; all have been found. Fails as a whole if one of them
+    // gives a null text or one over kLongestLibraryText. Blocks until they have returned; the
+    // answer time ends it during a scan alone.
+    virtual Result<std::vector<FunctionAnswer>> Call(LibraryHandle library,
+                                                     std::span<const FunctionCall> calls) = 0;
+    // Success also if the library's program has died. After a failure it is loaded still.
+    virtual Status Free(LibraryHandle library) = 0;
+
+    // One scan at a time.
+    virtual std::unique_ptr<LibraryScan> BeginScan(const std::string& folder) = 0;
+};
+
+LibraryService& Libraries();
+
+class ProcessService;
+
+// `program` is the path of Velto itself, beside which the libraries' program stands. `processes`
+// must outlive the service.
+std::unique_ptr<LibraryService> MakeLibraryService(
+    ProcessService& processes, const std::string& program,
+    std::chrono::milliseconds answer_time = kLibraryAnswerTime);
+
+}  // namespace velto::platform
