@@ -1,4 +1,6 @@
+#include <chrono>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -25,17 +27,17 @@ TEST(Pad, IsTheKeyboardByDefaultOnPortOneAndUnpluggedOnTheOthers) {
     CPadSet pads;
     for (int number = 1; number <= 4; ++number) {
         auto& pad = pads.At(number);
-        pad.rightAxisY = pad.motorType = pad.bMotorType = pad.sMotorType = 1;
+        pad.up = pad.rightAxisY = pad.motorType = pad.bMotorType = pad.sMotorType = pad.padType = 9;
         pad.SetDefaults();
         EXPECT_EQ(pad.GetKeyString(), number == 1 ? kKeyboard : kSixteenZeros);
         EXPECT_EQ(pad.padNumber, number);
     }
     EXPECT_EQ(pads.GetTypeString(), "1,0,0,0");
     EXPECT_EQ(pads.GetAxisString(), kSixteenZeros);
-    EXPECT_EQ(pads.GetMotorString() + pads.GetBMotorString() + pads.GetSMotorString(),
-              "0,0,0,00,0,0,00,0,0,0");
-    EXPECT_EQ(InputName(pads.At(1).cross), "Z");
-    EXPECT_EQ(InputName(pads.At(1).r3), "Y");
+    for (const auto& motors :
+         {pads.GetMotorString(), pads.GetBMotorString(), pads.GetSMotorString()}) {
+        EXPECT_EQ(motors, "0,0,0,0");
+    }
 }
 
 TEST(Pad, HasItsDefaultsIfOneListIsEmpty) {
@@ -60,7 +62,6 @@ TEST(Pad, RefusesANumberOutsideOneToFour) {
     const platform::HostScope scope(services);
     CPad pad;
     pad.SetNumber(4);
-    EXPECT_TRUE(boxes.shown.empty());
     for (const int number : {0, 5, -1}) pad.SetNumber(number);
     EXPECT_EQ(pad.padNumber, 4);
     ASSERT_EQ(boxes.shown.size(), 3U);
@@ -77,8 +78,6 @@ TEST(Pad, WritesEveryTokenAsAPlainNumber) {
     const Case cases[] = {
         {"1,,3", "1,0,3"},
         {",2", "0,2,0"},
-        {",", "0,0,0"},
-        {"1,2", "1,2,0"},
         {"1,2,3,", "1,2,3"},
         {"007,0000000000000000000012,000", "7,12,0"},
         {"2147483647,2147483648,99999999999999999999", "2147483647,0,0"},
@@ -86,9 +85,7 @@ TEST(Pad, WritesEveryTokenAsAPlainNumber) {
         {" 5,5 ,5\r", "0,0,0"},
         {"5x,0x10,1.5", "0,0,0"},
         {"5;6;7,8", "0,8,0"},
-        {"\xB2,\xFF", "0,0,0"},
         {std::string_view("1\0,2\0,3", 7), "0,0,3"},
-        {"300,384,9999", "300,384,9999"},
     };
     for (const auto& [keys, written] : cases) {
         EXPECT_EQ(LoadedPad(1, keys).GetKeyString(), written + std::string(kSixteenZeros + 5))
@@ -96,14 +93,18 @@ TEST(Pad, WritesEveryTokenAsAPlainNumber) {
     }
 }
 
-TEST(Pad, TakesOnlyItsShareOfAListOfAnyLength) {
-    std::string list = "1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16";
-    const auto expected = list;
-    for (int more = 0; more < 1'000'000; ++more) list += ",17";
-    const auto pad = LoadedPad(4, list, list, list);
-    EXPECT_EQ(pad.GetKeyString(), expected);
-    EXPECT_EQ(pad.GetAxisString(), "13,14,15,16");
-    EXPECT_EQ(pad.padType, 4);
+TEST(Pad, ReadsNoMoreOfAListThanItsShare) {
+    const std::string share = "1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16";
+    const auto list = share + std::string(1'000'000, ',');
+    const auto before = std::chrono::steady_clock::now();
+    for (int load = 0; load < 1000; ++load) {
+        const auto pad = LoadedPad(4, list, list, list);
+        ASSERT_EQ(pad.GetKeyString(), share);
+        ASSERT_EQ(pad.GetAxisString(), "13,14,15,16");
+        ASSERT_EQ(pad.padType, 4);
+    }
+    // It takes milliseconds; with all million tokens, minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(3));
 }
 
 TEST(PadSet, ReadsBackWhatItWrites) {
