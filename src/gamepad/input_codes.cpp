@@ -89,8 +89,8 @@ std::string InputName(int code) {
 }
 
 std::string_view AxisName(int code) {
-    const bool known = code >= 0 && static_cast<std::size_t>(code) < kAxes.size();
-    return known ? kAxes.at(static_cast<std::size_t>(code)) : kNoMapping;
+    const auto place = static_cast<std::size_t>(code);  // of a negative code, behind all names
+    return place < kAxes.size() ? kAxes.at(place) : kNoMapping;
 }
 
 int StickCode(int joystick, StickDirection direction) {

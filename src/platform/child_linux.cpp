@@ -37,20 +37,24 @@ void CloseFrom(int first) {
     for (int number = first; number < end; ++number) close(number);
 }
 
-// Gives the channel the first number behind the outputs, and `report` one above it.
-bool PlaceChannel(int channel, int& report) {
-    constexpr int kChannel = STDERR_FILENO + 1;
-    const int moved = fcntl(report, F_DUPFD_CLOEXEC, kChannel + 1);
-    if (moved < 0) return false;
-    report = moved;
-    // A channel that has that number already would keep its flag and be closed.
-    return dup2(channel, kChannel) >= 0 && fcntl(kChannel, F_SETFD, 0) == 0;
-}
-
-// Leaves descriptors 0 to 2, the channel, and behind it the report pipe, which becomes `report`.
-bool ArrangeDescriptors(int channel, int& report) {
-    if (channel >= 0 && !PlaceChannel(channel, report)) return false;
-    const int place = STDERR_FILENO + (channel >= 0 ? 2 : 1);
+// Leaves descriptors 0 to 2, behind them those handed over, and behind these the report pipe, which
+// becomes `report`.
+bool ArrangeDescriptors(std::vector<int>& handed_over, int& report) {
+    constexpr int kFirst = STDERR_FILENO + 1;
+    const int place = kFirst + static_cast<int>(handed_over.size());
+    // First out of the way of each other's places.
+    for (int& number : handed_over) {
+        number = fcntl(number, F_DUPFD_CLOEXEC, place + 1);
+        if (number < 0) return false;
+    }
+    if (report < place) {
+        const int moved = fcntl(report, F_DUPFD_CLOEXEC, place);
+        if (moved < 0) return false;
+        report = moved;
+    }
+    for (std::size_t i = 0; i < handed_over.size(); ++i) {
+        if (dup2(handed_over[i], kFirst + static_cast<int>(i)) < 0) return false;
+    }
     if (report != place && dup3(report, place, O_CLOEXEC) < 0) return false;
     report = place;
     const int empty = open("/dev/null", O_RDONLY);
@@ -86,9 +90,9 @@ ChildPlan::ChildPlan(std::vector<std::string> command, std::vector<std::string> 
       environment_pointers(Pointers(environment)),
       parent(getpid()) {}
 
-void BecomeProgram(const ChildPlan& plan, int report) {
+void BecomeProgram(ChildPlan& plan, int report) {
     ChildFailure failure;
-    if (ArrangeDescriptors(plan.channel, report) && setsid() >= 0 &&
+    if (ArrangeDescriptors(plan.descriptors, report) && setsid() >= 0 &&
         (!plan.ends_with_parent || TieToParent(plan.parent)) && ResetSignals()) {
         failure.step = ChildFailure::Step::Folder;
         if (plan.folder.empty() || chdir(plan.folder.c_str()) == 0) {

@@ -22,7 +22,7 @@ struct ChildPlan {
     std::vector<char*> environment_pointers;
     std::string folder;             // empty: the parent's
     bool ends_with_parent = false;  // SIGKILL when the thread that forked ends
-    int channel = -1;               // becomes number 3
+    std::vector<int> descriptors;   // become numbers 3, 4, ...
     pid_t parent;
 };
 
@@ -35,6 +35,6 @@ struct ChildFailure {
 
 // Called in the child. `report` is the write end of a pipe, closed on exec; a ChildFailure goes
 // there, and the child ends.
-[[noreturn]] void BecomeProgram(const ChildPlan& plan, int report);
+[[noreturn]] void BecomeProgram(ChildPlan& plan, int report);
 
 }  // namespace velto::platform

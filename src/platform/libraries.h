@@ -12,7 +12,6 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,10 +25,10 @@ namespace velto::platform {
 enum class LibraryHandle : std::uint64_t { None = 0 };
 enum class FunctionAddress : std::uint64_t { None = 0 };
 
-// The longest text that a function may give, in bytes.
-inline constexpr std::size_t kLongestLibraryText = 4096;
-// The most functions that one Find or Call may name.
-inline constexpr std::size_t kMostFunctions = 8;
+// The longest text that a function may give, in bytes, and the most functions of one Call.
+inline constexpr std::size_t kLongestLibraryText = 4000;
+inline constexpr std::size_t kMostFunctions = 4;
+
 // How long a library may take to answer, but for a call outside of a scan, which may wait for the
 // user.
 inline constexpr std::chrono::milliseconds kLibraryAnswerTime{5000};
@@ -37,15 +36,23 @@ inline constexpr std::chrono::milliseconds kLibraryAnswerTime{5000};
 // What is taken of what a function gives: nothing, the low 32 bits, or the text up to its NUL.
 enum class FunctionResult : std::uint8_t { Nothing, Number, Text };
 
-// A call of a function without parameters.
-struct FunctionCall {
-    FunctionAddress address = FunctionAddress::None;
+// A function without parameters, by the exact name under which a library exports it.
+struct LibraryFunction {
+    std::string name;
     FunctionResult result = FunctionResult::Nothing;
+    bool operator==(const LibraryFunction&) const = default;
 };
 
 struct FunctionAnswer {
     std::uint32_t number = 0;
     std::string text{};  // any bytes but NUL
+};
+
+struct LibraryAnswer {
+    // Of each function; None if the library doesn't export it itself.
+    std::vector<FunctionAddress> addresses{};
+    // Of each function if all were found; else none was called, and this is empty.
+    std::vector<FunctionAnswer> results{};
 };
 
 // As long as it lives, libraries of its folder are loaded into one program, or a new one after that
@@ -61,20 +68,19 @@ class LibraryService {
 
     // Loads the file of this name in the folder, a host path.
     virtual Result<LibraryHandle> Load(const std::string& folder, const std::string& file) = 0;
-    // One address for each name: that of the function that the library itself exports under
-    // exactly this name, else None.
-    virtual Result<std::vector<FunctionAddress>> Find(LibraryHandle library,
-                                                      std::span<const std::string_view> names) = 0;
-    // Calls the functions in their order; all have been found. Fails as a whole if one of them
-    // gives a null text or one over kLongestLibraryText. Blocks until they have returned; the
-    // answer time ends it during a scan alone.
-    virtual Result<std::vector<FunctionAnswer>> Call(LibraryHandle library,
-                                                     std::span<const FunctionCall> calls) = 0;
+    // Finds the functions, and if the library has them all, calls them in their order. Fails as a
+    // whole if one gives a null text or one over kLongestLibraryText. Blocks until they have
+    // returned; the answer time ends it during a scan alone.
+    virtual Result<LibraryAnswer> Call(LibraryHandle library,
+                                       std::span<const LibraryFunction> functions) = 0;
     // Success also if the library's program has died. After a failure it is loaded still.
     virtual Status Free(LibraryHandle library) = 0;
 
-    // One scan at a time.
-    virtual std::unique_ptr<LibraryScan> BeginScan(const std::string& folder) = 0;
+    // One scan at a time. Each of its libraries is going to be called with these functions first:
+    // that is done along with the load, which takes half the time of doing it on its own, and told
+    // by the Call.
+    virtual std::unique_ptr<LibraryScan> BeginScan(const std::string& folder,
+                                                   std::span<const LibraryFunction> functions) = 0;
 };
 
 LibraryService& Libraries();

@@ -1,8 +1,8 @@
 #include "platform/library_messages_linux.h"
 
-#include <sys/socket.h>
+#include <unistd.h>
 
-#include <algorithm>
+#include <array>
 
 #include "platform/retrying.h"
 
@@ -51,19 +51,17 @@ class Reader {
 
 std::optional<std::string> EncodeLibraryMessage(const LibraryMessage& message) {
     const auto& [kind, numbers, texts] = message;
-    const bool fits = numbers.size() <= kMostNumbers && texts.size() <= kMostFunctions &&
-                      std::all_of(texts.begin(), texts.end(), [](const std::string& text) {
-                          return text.size() <= kLongestLibraryText;
-                      });
-    if (!fits) return {};
+    if (numbers.size() > kMostNumbers || texts.size() > kMostFunctions) return {};
     std::string bytes(1, static_cast<char>(kind));
     Put(bytes, numbers.size(), kCountBytes);
     for (const auto number : numbers) Put(bytes, number, kNumberBytes);
     Put(bytes, texts.size(), kCountBytes);
     for (const auto& text : texts) {
+        if (text.size() > kLongestLibraryText) return {};
         Put(bytes, text.size(), kLengthBytes);
         bytes += text;
     }
+    if (bytes.size() > kLongestLibraryMessage) return {};
     return bytes;
 }
 
@@ -82,22 +80,18 @@ std::optional<LibraryMessage> DecodeLibraryMessage(std::string_view bytes) {
     return message;
 }
 
-bool SendLibraryMessage(int socket, const LibraryMessage& message) {
+bool SendLibraryMessage(int pipe, const LibraryMessage& message) {
     const auto bytes = EncodeLibraryMessage(message);
     if (!bytes) return false;
-    // Not a signal but an error if the other end is gone. One that takes nothing has stopped
-    // reading: requests and answers alternate.
-    const auto sent = Retrying(
-        [&] { return send(socket, bytes->data(), bytes->size(), MSG_NOSIGNAL | MSG_DONTWAIT); });
-    return sent == std::ssize(*bytes);
+    return Retrying([&] { return write(pipe, bytes->data(), bytes->size()); }) ==
+           std::ssize(*bytes);
 }
 
-std::optional<LibraryMessage> ReceiveLibraryMessage(int socket) {
-    std::string bytes(kLongestLibraryMessage, '\0');
-    // Gives the packet's own length, also if it is longer than the place for it.
-    const auto size = Retrying([&] { return recv(socket, bytes.data(), bytes.size(), MSG_TRUNC); });
-    if (size <= 0 || size > std::ssize(bytes)) return {};
-    return DecodeLibraryMessage(std::string_view{bytes}.substr(0, static_cast<std::size_t>(size)));
+std::optional<LibraryMessage> ReceiveLibraryMessage(int pipe) {
+    std::array<char, kLongestLibraryMessage> bytes{};
+    const auto size = Retrying([&] { return read(pipe, bytes.data(), bytes.size()); });
+    if (size <= 0) return {};
+    return DecodeLibraryMessage({bytes.data(), static_cast<std::size_t>(size)});
 }
 
 }  // namespace velto::platform

@@ -1,12 +1,14 @@
 #include "platform/library_process_linux.h"
 
+#include <fcntl.h>
 #include <poll.h>
-#include <sys/socket.h>
+#include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <span>
 #include <tuple>
 #include <utility>
@@ -34,28 +36,42 @@ Descriptor EndOf(int process) {
     return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
 }
 
+struct Pipe {
+    Descriptor out;
+    Descriptor in;
+    bool Open() {
+        std::array<int, 2> ends{};
+        if (pipe2(ends.data(), O_CLOEXEC | O_DIRECT) != 0) return false;
+        out = Descriptor(ends[0]);
+        in = Descriptor(ends[1]);
+        return true;
+    }
+};
+
 }  // namespace
 
 Result<std::unique_ptr<LibraryProcess>> LibraryProcess::Start(
     ProcessService& processes, const std::string& program, const std::string& folder,
     std::chrono::milliseconds answer_time) {
-    std::array<int, 2> ends{};
-    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) {
-        return SystemError(program);
-    }
-    Descriptor own(ends[0]);
-    const Descriptor childs(ends[1]);
-    auto child = processes.Start(
-        {.file = program, .folder = folder, .ends_with_parent = true, .channel = childs.get()});
+    Pipe requests;
+    Pipe answers;
+    if (!requests.Open() || !answers.Open()) return SystemError(program);
+    ProcessRequest request;
+    request.file = program;
+    request.folder = folder;
+    request.ends_with_parent = true;
+    request.descriptors = {requests.out.get(), answers.in.get()};
+    auto child = processes.Start(request);
     if (!child.ok()) return child.error();
-    return std::unique_ptr<LibraryProcess>(
-        new LibraryProcess(std::move(child).value(), std::move(own), answer_time));
+    return std::unique_ptr<LibraryProcess>(new LibraryProcess(
+        std::move(child).value(), std::move(requests.in), std::move(answers.out), answer_time));
 }
 
-LibraryProcess::LibraryProcess(std::unique_ptr<ChildProcess> child, Descriptor channel,
-                               std::chrono::milliseconds answer_time)
+LibraryProcess::LibraryProcess(std::unique_ptr<ChildProcess> child, Descriptor requests,
+                               Descriptor answers, std::chrono::milliseconds answer_time)
     : child_(std::move(child)),
-      channel_(std::move(channel)),
+      requests_(std::move(requests)),
+      answers_(std::move(answers)),
       end_(EndOf(child_->id())),
       answer_time_(answer_time) {}
 
@@ -63,37 +79,37 @@ LibraryProcess::~LibraryProcess() {
     End();
 }
 
-Result<LibraryMessage> LibraryProcess::Ask(const LibraryMessage& request, Form form, bool endless) {
+void LibraryProcess::Send(const LibraryMessage& request) {
+    if (!alive() || SendLibraryMessage(requests_.get(), request)) return;
+    Kill();
+    left_requests_ = true;
+}
+
+Result<LibraryMessage> LibraryProcess::Receive(bool endless) {
     if (!alive()) return Failure("The library's program has ended");
-    if (!SendLibraryMessage(channel_.get(), request)) {
-        return Failure("The library's program takes no requests");
-    }
-    if (!AwaitAnswer(endless))
-        return Failure("The library has ended its program or doesn't answer");
-    auto answer = ReceiveLibraryMessage(channel_.get());
-    if (!answer) return Failure("The library has ended its program");
-    const auto& [kind, numbers, texts] = *answer;
-    if (kind == LibraryMessageKind::Failed && texts.size() == 1) {
-        return Error{ErrorKind::Other, "library", texts[0]};
-    }
-    if (kind != LibraryMessageKind::Done || numbers.size() != form.numbers ||
-        texts.size() != form.texts) {
-        return Failure("The library's program gives no proper answer");
-    }
-    return std::move(*answer);
+    if (!AwaitAnswer(endless)) return Failure("The library's program has ended or doesn't answer");
+    auto answer = ReceiveLibraryMessage(answers_.get());
+    if (!answer) return Failure("The library's program has ended or gives no proper answer");
+    if (answer->kind == LibraryMessageKind::Done) return std::move(*answer);
+    if (answer->kind != LibraryMessageKind::Failed || answer->texts.size() != 1) return Refuse();
+    return Error{ErrorKind::Other, "library", answer->texts[0]};
+}
+
+Error LibraryProcess::Refuse() {
+    return Failure("The library's program gives no proper answer");
 }
 
 void LibraryProcess::End() {
     if (!alive()) return;
-    shutdown(channel_.get(), SHUT_WR);
-    std::array<pollfd, 1> polled{pollfd{end_.valid() ? end_.get() : channel_.get(), POLLIN, 0}};
+    requests_.Reset();
+    std::array<pollfd, 1> polled{pollfd{end_.valid() ? end_.get() : answers_.get(), POLLIN, 0}};
     std::ignore = Await(polled, answer_time_);
     Kill();
 }
 
 bool LibraryProcess::AwaitAnswer(bool endless) const {
-    // A child that a library has forked keeps the channel open behind the program's own end.
-    std::array<pollfd, 2> polled{pollfd{channel_.get(), POLLIN, 0}, pollfd{end_.get(), POLLIN, 0}};
+    // A child that a library has forked keeps the pipe open behind the program's own end.
+    std::array<pollfd, 2> polled{pollfd{answers_.get(), POLLIN, 0}, pollfd{end_.get(), POLLIN, 0}};
     return Await(polled, endless ? std::nullopt : std::optional(answer_time_)) &&
            polled[0].revents != 0;
 }
@@ -103,7 +119,11 @@ void LibraryProcess::Kill() {
     child_->Kill();
     std::ignore = child_->Wait();
     child_.reset();
-    channel_.Reset();
+    int bytes = 0;
+    left_requests_ =
+        requests_.valid() && ioctl(requests_.get(), FIONREAD, &bytes) == 0 && bytes > 0;
+    requests_.Reset();
+    answers_.Reset();
     end_.Reset();
 }
 

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "platform/descriptor.h"
@@ -16,7 +15,7 @@ namespace velto::platform {
 
 class LibraryProcess {
   public:
-    // `answer_time` bounds every wait that isn't said to be endless.
+    // `answer_time` bounds every wait that isn't said to be endless. SIGPIPE must be ignored.
     static Result<std::unique_ptr<LibraryProcess>> Start(ProcessService& processes,
                                                          const std::string& program,
                                                          const std::string& folder,
@@ -29,32 +28,35 @@ class LibraryProcess {
     // False once it has ended, as far as a call has noticed.
     bool alive() const { return child_ != nullptr; }
 
-    // The counts of the numbers and texts that the answer must have.
-    struct Form {
-        std::size_t numbers = 0;
-        std::size_t texts = 0;
-    };
-    // The request's Done. A Failed is an error that the program survives. One that has died, gives
-    // no answer in time or none of this form is ended.
-    Result<LibraryMessage> Ask(const LibraryMessage& request, Form form, bool endless = false);
+    // A failure shows in the next Receive.
+    void Send(const LibraryMessage& request);
+    // A Done. A Failed is an error that the program survives; one that has died, gives no answer
+    // in time or no proper one is ended.
+    Result<LibraryMessage> Receive(bool endless = false);
+    // Ends a program whose answer isn't in the form that it must have.
+    Error Refuse();
+    // Whether the program, now ended, has left a request that it hadn't taken.
+    bool leftRequests() const { return left_requests_; }
 
     // Lets the program end by itself, so that what libraries want to do at the end is done; kills
     // it if that takes longer than the answer time.
     void End();
 
   private:
-    LibraryProcess(std::unique_ptr<ChildProcess> child, Descriptor channel,
+    LibraryProcess(std::unique_ptr<ChildProcess> child, Descriptor requests, Descriptor answers,
                    std::chrono::milliseconds answer_time);
 
-    // Whether something has come in time from the channel of a living program.
+    // Whether an answer has come in time from a living program.
     bool AwaitAnswer(bool endless) const;
     void Kill();
     Error Failure(std::string text);
 
     std::unique_ptr<ChildProcess> child_;  // null: it has ended
-    Descriptor channel_;
+    Descriptor requests_;
+    Descriptor answers_;
     Descriptor end_;  // readable when the program has ended; not valid on kernels without
     std::chrono::milliseconds answer_time_;
+    bool left_requests_ = false;
 };
 
 }  // namespace velto::platform

@@ -17,7 +17,7 @@ struct ProcessRequest {
     std::string folder{};               // the child's current directory; empty: this process's own
     ShowState show = ShowState::Shown;  // a wish that this host has no means to fulfil
     bool ends_with_parent = false;      // killed when the thread that started it ends
-    int channel = -1;                   // a descriptor that becomes the child's number 3; -1: none
+    std::vector<int> descriptors{};     // of this process; the child's numbers 3, 4, ...
 };
 
 struct ExitStatus {
@@ -40,8 +40,8 @@ class ChildProcess {
 class ProcessService {
   public:
     virtual ~ProcessService() = default;
-    // The child gets a session of its own, an empty standard input, this process's outputs, the
-    // channel and no other descriptor. A file that isn't there, is a folder, or can't be run is a
+    // The child gets a session of its own, an empty standard input, this process's outputs,
+    // those descriptors and no other. A file that isn't there, is a folder, or can't be run is a
     // failure, and so is a folder that can't be entered or a parameter text with a NUL. A file
     // named `*.exe` that begins with the bytes MZ is started through the runner.
     virtual Result<std::unique_ptr<ChildProcess>> Start(const ProcessRequest& request) = 0;

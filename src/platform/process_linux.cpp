@@ -143,7 +143,7 @@ class LinuxProcesses : public ProcessService {
         ChildPlan plan(std::move(command).value(), ChildEnvironment());
         plan.folder = request.folder;
         plan.ends_with_parent = request.ends_with_parent;
-        plan.channel = request.channel;
+        plan.descriptors = request.descriptors;
         return Fork(plan);
     }
 
@@ -192,7 +192,7 @@ class LinuxProcesses : public ProcessService {
         return result;
     }
 
-    Result<std::unique_ptr<ChildProcess>> Fork(const ChildPlan& plan) const {
+    Result<std::unique_ptr<ChildProcess>> Fork(ChildPlan& plan) const {
         const auto& program = plan.arguments.front();
         std::array<int, 2> ends{};
         if (pipe2(ends.data(), O_CLOEXEC) != 0) return SystemError(program);

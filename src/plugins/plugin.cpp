@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <string_view>
 
 #include "platform/message_box.h"
 
@@ -57,26 +57,24 @@ bool CPlugin::Unload() {
     return true;
 }
 
-bool CPlugin::Identify() {
-    auto& libraries = platform::Libraries();
-    constexpr std::array<std::string_view, 3> kNames = {"PSEgetLibName", "PSEgetLibType",
-                                                        "PSEgetLibVersion"};
-    const auto found = libraries.Find(module, kNames);
-    if (!found.ok()) return false;
-    getLibName = found.value()[0];
-    getLibType = found.value()[1];
-    getLibVersion = found.value()[2];
-    const bool complete = std::none_of(found.value().begin(), found.value().end(),
-                                       [](auto one) { return one == FunctionAddress::None; });
-    if (!complete) return false;
+std::span<const platform::LibraryFunction> CPlugin::IdentityFunctions() {
+    static const std::array<platform::LibraryFunction, 3> functions = {
+        {{"PSEgetLibType", FunctionResult::Number},
+         {"PSEgetLibVersion", FunctionResult::Number},
+         {"PSEgetLibName", FunctionResult::Text}}};
+    return functions;
+}
 
-    const std::array<platform::FunctionCall, 3> calls = {{{getLibType, FunctionResult::Number},
-                                                          {getLibVersion, FunctionResult::Number},
-                                                          {getLibName, FunctionResult::Text}}};
-    const auto answers = libraries.Call(module, calls);
-    if (!answers.ok() || !IsText(answers.value()[2].text)) return false;
-    type = answers.value()[0].number;
-    name = answers.value()[2].text + VersionText(answers.value()[1].number);
+bool CPlugin::Identify() {
+    const auto answer = platform::Libraries().Call(module, IdentityFunctions());
+    if (!answer.ok()) return false;
+    const auto& [addresses, results] = answer.value();
+    getLibType = addresses[0];
+    getLibVersion = addresses[1];
+    getLibName = addresses[2];
+    if (results.empty() || !IsText(results[2].text)) return false;
+    type = results[0].number;
+    name = results[2].text + VersionText(results[1].number);
     for (const auto& known : kPrefixes) {
         if (known.type == type) prefix = known.text;
     }
@@ -116,17 +114,12 @@ void CPlugin::Shutdown() {
     CallVerb("shutdown", FunctionResult::Nothing);
 }
 
-std::optional<std::uint32_t> CPlugin::CallVerb(std::string_view verb, FunctionResult result) {
+std::optional<std::uint32_t> CPlugin::CallVerb(const char* verb, FunctionResult result) {
     if (module == LibraryHandle::None) return {};
-    auto& libraries = platform::Libraries();
-    const auto function = prefix + std::string(verb);
-    const std::array<std::string_view, 1> names = {function};
-    const auto found = libraries.Find(module, names);
-    if (!found.ok() || found.value()[0] == FunctionAddress::None) return {};
-    const std::array<platform::FunctionCall, 1> calls = {{{found.value()[0], result}}};
-    const auto answers = libraries.Call(module, calls);
-    if (!answers.ok()) return {};
-    return answers.value()[0].number;
+    const std::array<platform::LibraryFunction, 1> function = {{{prefix + verb, result}}};
+    const auto answer = platform::Libraries().Call(module, function);
+    if (!answer.ok() || answer.value().results.empty()) return {};
+    return answer.value().results[0].number;
 }
 
 }  // namespace velto

@@ -15,8 +15,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
-#include <string_view>
 
 #include "platform/libraries.h"
 
@@ -44,6 +44,8 @@ class CPlugin {
     // functions, which are then not called, or has no proper answers; of what is known about it,
     // only the addresses change then.
     bool Identify();
+    // What it calls.
+    static std::span<const platform::LibraryFunction> IdentityFunctions();
 
     // These need a loaded library that was identified once; a function that it lacks is passed
     // over. Configure gives true in all cases. Test shows the library's status in a message box.
@@ -69,7 +71,7 @@ class CPlugin {
 
   private:
     // The number that the verb gives; nothing if there is no such function or it doesn't return.
-    std::optional<std::uint32_t> CallVerb(std::string_view verb, platform::FunctionResult result);
+    std::optional<std::uint32_t> CallVerb(const char* verb, platform::FunctionResult result);
 };
 
 }  // namespace velto

@@ -41,12 +41,12 @@ void CPluginCatalogue::ScanPlugins(const Log& log) {
         return;
     }
     {
-        const CVeltoSettings settings;
-        const auto scan = platform::Libraries().BeginScan(folder);
+        // Read once: a scan changes no settings.
+        const auto excluded = CVeltoSettings().GetExclusionList();
+        const auto scan = platform::Libraries().BeginScan(folder, CPlugin::IdentityFunctions());
         for (const auto& file : files) {
-            const auto path = platform::JoinPath(folder, file);
-            log("Scanning file: " + path);
-            if (settings.IsExcluded(file)) {
+            log("Scanning file: " + platform::JoinPath(folder, file));
+            if (std::find(excluded.begin(), excluded.end(), file) != excluded.end()) {
                 log("That file is excluded. Continuing");
             } else {
                 ScanFile(folder, file, log);

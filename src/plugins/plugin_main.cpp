@@ -1,5 +1,5 @@
 // The program that plug-in libraries run in: `velto-plugin`. Velto starts it and asks it, over the
-// socket that is its descriptor 3, to load libraries of its current directory, to find and call
+// pipe of its descriptors 3 and 4, to load libraries of its current directory, to find and call
 // their functions, and to free them.
 //
 // It trusts Velto's requests, and libraries can do to it what they like: an answer is no more than
@@ -8,17 +8,20 @@
 #include <fcntl.h>
 #include <link.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/library_messages_linux.h"
 
@@ -46,14 +49,6 @@ LibraryMessage FailedByLoader() {
     return Failed(reason == nullptr ? "unknown error" : reason);
 }
 
-LibraryMessage Load(const LibraryMessage& request) {
-    // A name without a folder would be looked for in the system's folders. What a library needs
-    // and doesn't find must fail here, and not end the program at some later call.
-    void* library = dlopen(("./" + request.texts.at(0)).c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) return FailedByLoader();
-    return {Kind::Done, {ToNumber(library)}};
-}
-
 // What the library exports itself. The loader's own search goes on in the libraries that it needs,
 // and would find `shutdown` in the C library.
 void* OwnExport(void* library, const std::string& name) {
@@ -66,14 +61,6 @@ void* OwnExport(void* library, const std::string& name) {
     return is_own ? address : nullptr;
 }
 
-LibraryMessage Find(const LibraryMessage& request) {
-    LibraryMessage answer{Kind::Done};
-    for (const auto& name : request.texts) {
-        answer.numbers.push_back(ToNumber(OwnExport(ToPointer(request.numbers.at(0)), name)));
-    }
-    return answer;
-}
-
 // Nothing if the function gives no text, or too long a one.
 std::optional<std::string> TextOf(void* function) {
     const char* text = reinterpret_cast<const char* (*)()>(function)();
@@ -83,30 +70,59 @@ std::optional<std::string> TextOf(void* function) {
     return std::string(text, length);
 }
 
-LibraryMessage Call(const LibraryMessage& request) {
-    LibraryMessage answer{Kind::Done};
+// Adds what the function gives. False if that is no proper text.
+bool AddResult(LibraryMessage& answer, void* function, FunctionResult result) {
+    std::uint32_t number = 0;
+    std::optional<std::string> text = "";
     const pid_t own = getpid();
-    for (std::size_t i = 0; i + 1 < request.numbers.size(); i += 2) {
-        void* function = ToPointer(request.numbers[i]);
-        std::uint32_t number = 0;
-        std::optional<std::string> text = "";
-        switch (static_cast<FunctionResult>(request.numbers[i + 1])) {
-            case FunctionResult::Nothing:
-                reinterpret_cast<void (*)()>(function)();
-                break;
-            case FunctionResult::Number:
-                number = reinterpret_cast<std::uint32_t (*)()>(function)();
-                break;
-            case FunctionResult::Text:
-                text = TextOf(function);
-                break;
-        }
-        // A child that the function has forked, and that wasn't meant to come back.
-        if (getpid() != own) _exit(1);
-        if (!text) return Failed("A text is missing or too long");
-        answer.numbers.push_back(number);
-        answer.texts.push_back(std::move(*text));
+    switch (result) {
+        case FunctionResult::Nothing:
+            reinterpret_cast<void (*)()>(function)();
+            break;
+        case FunctionResult::Number:
+            number = reinterpret_cast<std::uint32_t (*)()>(function)();
+            break;
+        case FunctionResult::Text:
+            text = TextOf(function);
+            break;
     }
+    // A child that the function has forked, and that wasn't meant to come back.
+    if (getpid() != own) _exit(1);
+    answer.numbers.push_back(number);
+    answer.texts.push_back(text.value_or(""));
+    return text.has_value();
+}
+
+LibraryMessage Call(void* library, const LibraryMessage& request) {
+    LibraryMessage answer{Kind::Done};
+    std::vector<void*> functions;
+    for (const auto& name : request.texts) {
+        functions.push_back(OwnExport(library, name));
+        answer.numbers.push_back(ToNumber(functions.back()));
+    }
+    if (std::count(functions.begin(), functions.end(), nullptr) > 0) return answer;
+    for (std::size_t i = 0; i < functions.size(); ++i) {
+        const auto result = static_cast<FunctionResult>(request.numbers.at(i + 1));
+        if (!AddResult(answer, functions[i], result))
+            return Failed("A text is missing or too long");
+    }
+    return answer;
+}
+
+LibraryMessage Load(const LibraryMessage& request) {
+    // A name without a folder would be looked for in the system's folders. What a library needs
+    // and doesn't find must fail here, and not end the program at some later call.
+    void* library = dlopen(("./" + request.texts.at(0)).c_str(), RTLD_NOW | RTLD_LOCAL);
+    auto answer =
+        library == nullptr ? FailedByLoader() : LibraryMessage{Kind::Done, {ToNumber(library)}};
+    if (request.numbers.at(0) == 0) return answer;
+    const auto call = platform::ReceiveLibraryMessage(platform::kLibraryRequests);
+    if (!call) std::exit(1);
+    if (library == nullptr) return answer;
+    const auto called = Call(library, *call);
+    if (called.kind == Kind::Failed) return answer;
+    answer.numbers.insert(answer.numbers.end(), called.numbers.begin(), called.numbers.end());
+    answer.texts = called.texts;
     return answer;
 }
 
@@ -119,10 +135,8 @@ LibraryMessage AnswerTo(const LibraryMessage& request) {
     switch (request.kind) {
         case Kind::Load:
             return Load(request);
-        case Kind::Find:
-            return Find(request);
         case Kind::Call:
-            return Call(request);
+            return Call(ToPointer(request.numbers.at(0)), request);
         case Kind::Free:
             return Free(request);
         default:
@@ -130,28 +144,27 @@ LibraryMessage AnswerTo(const LibraryMessage& request) {
     }
 }
 
-// Programs that libraries start don't get the channel, libraries that crash leave no memory images
-// in the plug-in folder, and what they print comes out line by line, as a crash loses the rest.
+bool CloseOnExec(int descriptor) {
+    return fcntl(descriptor, F_SETFD, FD_CLOEXEC) == 0;
+}
+
+// Programs that libraries start don't get the pipe, libraries that crash leave no memory images in
+// the plug-in folder, and what they print comes out line by line, as a crash loses the rest.
 bool Prepare() {
     rlimit image{};
     if (getrlimit(RLIMIT_CORE, &image) != 0) return false;
     image.rlim_cur = 0;
-    return setrlimit(RLIMIT_CORE, &image) == 0 &&
-           fcntl(platform::kLibraryChannel, F_SETFD, FD_CLOEXEC) == 0 &&
-           std::setvbuf(stdout, nullptr, _IOLBF, 0) == 0;
+    return setrlimit(RLIMIT_CORE, &image) == 0 && CloseOnExec(platform::kLibraryRequests) &&
+           CloseOnExec(platform::kLibraryAnswers) && std::setvbuf(stdout, nullptr, _IOLBF, 0) == 0;
 }
 
-bool IsStartedByVelto() {
-    int type = 0;
-    socklen_t size = sizeof type;
-    return getsockopt(platform::kLibraryChannel, SOL_SOCKET, SO_TYPE, &type, &size) == 0 &&
-           type == SOCK_SEQPACKET;
+bool IsPipe(int descriptor) {
+    struct stat status {};
+    return fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
-}  // namespace
-
-int main() {
-    if (!IsStartedByVelto()) {
+int Run() {
+    if (!IsPipe(platform::kLibraryRequests) || !IsPipe(platform::kLibraryAnswers)) {
         std::fputs("velto-plugin runs plug-ins for Velto and does nothing by itself.\n", stderr);
         return 1;
     }
@@ -159,8 +172,23 @@ int main() {
         std::perror("velto-plugin");
         return 1;
     }
-    while (const auto request = platform::ReceiveLibraryMessage(platform::kLibraryChannel)) {
-        if (!platform::SendLibraryMessage(platform::kLibraryChannel, AnswerTo(*request))) return 1;
+    while (const auto request = platform::ReceiveLibraryMessage(platform::kLibraryRequests)) {
+        auto answer = AnswerTo(*request);
+        if (!platform::SendLibraryMessage(platform::kLibraryAnswers, answer) &&
+            !platform::SendLibraryMessage(platform::kLibraryAnswers, Failed("Too long"))) {
+            return 1;
+        }
     }
     return 0;
+}
+
+}  // namespace
+
+int main() {
+    try {
+        return Run();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "velto-plugin: %s\n", error.what());
+        return 1;
+    }
 }

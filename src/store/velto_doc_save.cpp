@@ -76,8 +76,13 @@ Status CVeltoDoc::Save(const std::string& source, bool magic, const std::string&
         lines = std::move(old).value();
     }
 
-    const auto text = WriteRecord(*this, CopyPluginLines(lines.value_or("")), magic).text();
-    auto replaced = platform::ReplaceFile(Files(), to.value(), platform::ToDiskText(text));
+    const auto text =
+        platform::ToDiskText(WriteRecord(*this, CopyPluginLines(lines.value_or("")), magic).text());
+    // No load would take it.
+    if (text.size() > kLargestConfigFile) {
+        return platform::Error{platform::ErrorKind::TooLarge, to.value(), "it is too large"};
+    }
+    auto replaced = platform::ReplaceFile(Files(), to.value(), text);
     if (!replaced.ok() || magic || !pending.value()) return replaced;
     return Files().Remove(PendingDumpPath());
 }

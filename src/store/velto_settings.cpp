@@ -156,7 +156,9 @@ bool CVeltoSettings::IsExcluded(std::string_view fileName) const {
 bool CVeltoSettings::HasExclusionList() const {
     if (!key_) return false;
     const auto value = key_->Query("excluded");
-    return value.ok() && value.value().type == RegistryType::String;
+    // One that can't be read is there: the defaults must not be written over it.
+    if (!value.ok()) return value.error().kind != platform::ErrorKind::NotFound;
+    return value.value().type == RegistryType::String;
 }
 
 void CVeltoSettings::SetExclusionList(const std::vector<std::string>& entries) {

@@ -229,6 +229,9 @@ TEST_F(SaveTest, WhatCannotBeReadFailsTheSaveBeforeAnythingIsWritten) {
     WriteConfig("Huge", std::string(kLargestConfigFile + 1, 'x'));
     EXPECT_FALSE(document.SaveConfig("Huge", false, "Game"));
     EXPECT_FALSE(document.SaveConfig("Game", false, "../Game"));
+    // Lines that fit, but no longer with what a save adds to them.
+    WriteConfig("Large", std::string(kLargestConfigFile - 100, '\n'));
+    EXPECT_FALSE(document.SaveConfig("Large", false, "Game"));
     EXPECT_EQ(Config("Game"), old_file);
     EXPECT_FALSE(Exists(InHome("Game.dta")));
     EXPECT_TRUE(document.SaveConfig("No such source", false, "Game"));
