@@ -88,7 +88,7 @@ LibraryService& Libraries();
 class ProcessService;
 
 // `program` is the path of Velto itself, beside which the libraries' program stands. `processes`
-// must outlive the service.
+// must outlive the service, which makes the whole process ignore SIGPIPE.
 std::unique_ptr<LibraryService> MakeLibraryService(
     ProcessService& processes, const std::string& program,
     std::chrono::milliseconds answer_time = kLibraryAnswerTime);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csignal>
 #include <map>
 #include <mutex>

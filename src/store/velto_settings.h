@@ -89,7 +89,7 @@ class CVeltoSettings {
 
     // File names of libraries that a plug-in scan leaves out; compared byte for byte.
     bool IsExcluded(std::string_view fileName) const;
-    // True if a list is stored, an empty one or one that can't be read too.
+    // True if a list is stored, even an empty one, or can't be read: it isn't known to be missing.
     bool HasExclusionList() const;
     std::vector<std::string> GetExclusionList() const { return ReadList("excluded"); }
     void SetExclusionList(const std::vector<std::string>& entries);

@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include <array>
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -62,46 +63,47 @@ class PluginTest : public HomeTest {
 };
 
 TEST_F(PluginTest, AScanKeepsWhatAnswersAndLogsTheRest) {
-    Install("cdr", "a.dll");
-    Install("crash", "b.dll");
-    Install("gpu", "C.DLL");
-    Install("exit", "d.so");
-    Install("spu", "e.so.1.2");
-    Install("hang", "f.dll");
-    Install("pad", "g.dll");
-    Install("null-name", "h.dll");
-    Install("huge-name", "i.dll");
-    Install("binary-name", "j.dll");
-    Install("without-name", "k.dll");
-    Install("without-type", "l.dll");
-    Install("without-version", "m.dll");
-    Install("no-plugin", "n.dll");
-    Install("net", "o.dll");
-    Install("unknown-type", "p.dll");
-    Install("gpu", "zlib.dll");
-    WriteFile(plugin_folder + "/q.dll", "");
-    WriteFile(plugin_folder + "/r.dll",
-              "\x7f"
-              "ELF, but no more");
-    std::filesystem::create_directory(plugin_folder + "/s.dll");
-    WriteFile(plugin_folder + "/readme.txt", "");
-    CVeltoSettings().SetExclusionList({"zlib.dll"});
-
+    const std::string is_none = " is not a valid psemu plugin";
+    const std::string no_load = "Cannot load ";
+    // In the order of the search: file, the library that it is, what the log says behind its line.
+    const std::vector<std::array<std::string, 3>> cases = {
+        {"a.dll", "cdr", ""},
+        {"b.dll", "crash", "b.dll" + is_none},
+        {"C.DLL", "gpu", ""},
+        {"d.so", "exit", "d.so" + is_none},
+        {"e.so.1.2", "spu", ""},
+        {"f.dll", "hang", "f.dll" + is_none},
+        {"g.dll", "pad", ""},
+        {"h.dll", "null-name", "h.dll" + is_none},
+        {"i.dll", "huge-name", "i.dll" + is_none},
+        {"j.dll", "binary-name", "j.dll" + is_none},
+        {"k.dll", "without-name", "k.dll" + is_none},
+        {"l.dll", "without-type", "l.dll" + is_none},
+        {"m.dll", "without-version", "m.dll" + is_none},
+        {"n.dll", "no-plugin", "n.dll" + is_none},
+        {"o.dll", "net", ""},
+        {"p.dll", "unknown-type", ""},
+        {"q.dll", "crash-on-load", no_load + "q.dll"},
+        {"r.dll", "hang-on-load", no_load + "r.dll"},
+        {"s.dll", "cdr", no_load + "s.dll"},
+        {"t.dll", "cdr", no_load + "t.dll"},
+        {"u.dll", "cdr", no_load + "u.dll"},
+        {"zlib.dll", "gpu", "That file is excluded. Continuing"},
+    };
     std::vector<std::string> expected;
-    const auto expect = [&](const std::string& file, const std::string& outcome) {
+    for (const auto& [file, library, outcome] : cases) {
+        Install(library, file);
         expected.push_back("Scanning file: " + file);
         if (!outcome.empty()) expected.push_back(outcome);
-    };
-    for (const std::string file :
-         {"a.dll", "b.dll", "C.DLL", "d.so", "e.so.1.2", "f.dll", "g.dll", "h.dll", "i.dll",
-          "j.dll", "k.dll", "l.dll", "m.dll", "n.dll", "o.dll", "p.dll", "q.dll", "r.dll"}) {
-        const bool good = "aCegop"s.find(file[0]) != std::string::npos;
-        const bool loads = file[0] != 'q' && file[0] != 'r';
-        expect(file, good    ? ""
-                     : loads ? file + " is not a valid psemu plugin"
-                             : "Cannot load " + file);
     }
-    expect("zlib.dll", "That file is excluded. Continuing");
+    auto bytes = ReadFile(plugin_folder + "/a.dll");
+    WriteFile(plugin_folder + "/s.dll", "");
+    WriteFile(plugin_folder + "/t.dll", bytes.substr(0, 40));
+    bytes[18] = '\xF3';  // of another machine
+    WriteFile(plugin_folder + "/u.dll", bytes);
+    std::filesystem::create_directory(plugin_folder + "/v.dll");
+    WriteFile(plugin_folder + "/readme.txt", "");
+    CVeltoSettings().SetExclusionList({"zlib.dll"});
     EXPECT_EQ(Scan(), expected);
 
     EXPECT_THAT(catalogue.GetPluginNames(1), ElementsAre("Test CDR Version 3.5"));
@@ -135,6 +137,7 @@ TEST_F(PluginTest, AFolderThatIsNotThereHasNoLibraries) {
     CVeltoSettings().SetEmulatorPath("");
     WriteFile(InConfig("a.dll"), "never the configuration folder");
     EXPECT_EQ(Scan(), none);
+    EXPECT_FALSE(CPlugin().Load("a.dll", ""));
     EXPECT_THAT(processes.requests, IsEmpty());
 }
 

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/failing_registry.h"
 #include "support/home_test.h"
 
 namespace velto::test {
@@ -144,6 +145,11 @@ TEST_F(SettingsTest, ExclusionsCompareByteForByteAndAnEmptyListIsAList) {
     EXPECT_TRUE(settings.HasExclusionList());
     Set("excluded", platform::DwordValue(1));
     EXPECT_FALSE(settings.HasExclusionList());
+
+    FailingRegistry failing(*registry, RegistryCall::Query, std::string(kSettingsKey), 0);
+    const platform::HostScope failed(
+        {&environment, files.get(), drives.get(), &failing, &processes, nullptr, &boxes});
+    EXPECT_TRUE(CVeltoSettings().HasExclusionList()) << "or the defaults would replace it";
 }
 
 TEST_F(SettingsTest, TheLogWindowToggleReadsWhatItWrote) {

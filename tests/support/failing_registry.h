@@ -23,14 +23,11 @@ class FailingRegistry : public platform::RegistryStore {
     platform::Result<std::unique_ptr<platform::RegistryKey>> OpenKey(
         std::string_view path) override {
         if (Fails(RegistryCall::OpenKey, path)) return Failure();
-        auto key = real_.OpenKey(path);
-        if (!key.ok()) return key;
-        return std::unique_ptr<platform::RegistryKey>(
-            std::make_unique<Key>(*this, std::string(path), std::move(key).value()));
+        return Wrapped(path, real_.OpenKey(path));
     }
     platform::Result<std::unique_ptr<platform::RegistryKey>> CreateKey(
         std::string_view path) override {
-        return real_.CreateKey(path);
+        return Wrapped(path, real_.CreateKey(path));
     }
     platform::Result<std::unique_ptr<platform::RegistryTransaction>> Begin() override {
         return real_.Begin();
@@ -72,6 +69,12 @@ class FailingRegistry : public platform::RegistryStore {
         std::unique_ptr<platform::RegistryKey> real_;
     };
 
+    platform::Result<std::unique_ptr<platform::RegistryKey>> Wrapped(
+        std::string_view path, platform::Result<std::unique_ptr<platform::RegistryKey>> key) {
+        if (!key.ok()) return key;
+        return std::unique_ptr<platform::RegistryKey>(
+            std::make_unique<Key>(*this, std::string(path), std::move(key).value()));
+    }
     static platform::Error Failure() {
         return {platform::ErrorKind::Other, "registry", "as the test wants it"};
     }

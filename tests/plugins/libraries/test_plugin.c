@@ -3,6 +3,7 @@
  *
  *   PREFIX, TYPE, NAME     as the interface has them
  *   GIVE_NAME              what PSEgetLibName does instead of giving NAME
+ *   ON_LOAD                what loading it does
  *   WITHOUT_...            an export that is missing
  */
 #include <stdio.h>
@@ -24,6 +25,10 @@
 #endif
 #define JOIN_NAMES(a, b) a##b
 #define JOIN(a, b) JOIN_NAMES(a, b)
+
+#ifdef ON_LOAD
+__attribute__((constructor)) static void on_load(void) { ON_LOAD; }
+#endif
 
 #ifndef WITHOUT_NAME
 char* PSEgetLibName(void) {
