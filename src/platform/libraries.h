@@ -29,8 +29,9 @@ enum class FunctionAddress : std::uint64_t { None = 0 };
 inline constexpr std::size_t kLongestLibraryText = 4000;
 inline constexpr std::size_t kMostFunctions = 4;
 
-// How long a library may take to answer, but for a call outside of a scan, which may wait for the
-// user.
+// How long a library may take to be loaded, to answer and to be freed, in a scan and outside: one
+// that hangs in its load or its unload would freeze the editor. Only a call outside of a scan is
+// without a bound, as it may wait for the user.
 inline constexpr std::chrono::milliseconds kLibraryAnswerTime{5000};
 
 // What is taken of what a function gives: nothing, the low 32 bits, or the text up to its NUL.
@@ -66,14 +67,15 @@ class LibraryService {
   public:
     virtual ~LibraryService() = default;
 
-    // Loads the file of this name in the folder, a host path.
+    // Loads the file of this name in the folder, a host path. Fails after the answer time.
     virtual Result<LibraryHandle> Load(const std::string& folder, const std::string& file) = 0;
     // Finds the functions, and if the library has them all, calls them in their order. Fails as a
     // whole if one gives a null text or one over kLongestLibraryText. Blocks until they have
     // returned; the answer time ends it during a scan alone.
     virtual Result<LibraryAnswer> Call(LibraryHandle library,
                                        std::span<const LibraryFunction> functions) = 0;
-    // Success also if the library's program has died. After a failure it is loaded still.
+    // Success also if the library's program has died, or was ended because it took longer than the
+    // answer time. After a failure it is loaded still.
     virtual Status Free(LibraryHandle library) = 0;
 
     // One scan at a time. Each of its libraries is going to be called with these functions first:

@@ -23,8 +23,8 @@ inline constexpr std::string_view kConfigEnding = ".dta";
 // What stands for "nothing chosen" in every option that holds text.
 inline constexpr std::string_view kUnset = "NULL";
 
-// Bytes; no configuration comes near it.
-inline constexpr std::size_t kLargestConfigFile = std::size_t{16} << 20;
+// Bytes: a million long lines.
+inline constexpr std::size_t kLargestConfigFile = std::size_t{64} << 20;
 
 class CConfigFile {
   public:

@@ -9,6 +9,7 @@
 #include "platform/message_box.h"
 #include "platform/replace_file.h"
 #include "platform/text.h"
+#include "store/config_file.h"
 
 namespace velto {
 namespace {
@@ -19,6 +20,10 @@ using platform::RegistryType;
 // Bytes with the final NUL, of a name and of a string.
 constexpr std::size_t kBuffer = 260;
 constexpr std::size_t kDwordSize = 4;
+
+// Bytes on disk. The rest of a configuration is left to its options and comments: no save could
+// take a larger dump.
+constexpr std::size_t kLargestDump = kLargestConfigFile - (std::size_t{1} << 20);
 
 struct Branch {
     std::string_view path;
@@ -136,7 +141,12 @@ void DumpPluginBranches(const std::string& file) {
         Report(kNoStorage);
         return;
     }
-    auto written = replacement.value()->Write(platform::ToDiskText(DumpText()));
+    const auto text = platform::ToDiskText(DumpText());
+    if (text.size() > kLargestDump) {
+        Report("Plugin settings are too large for a configuration");
+        return;
+    }
+    auto written = replacement.value()->Write(text);
     if (written.ok()) written = replacement.value()->Commit();
     if (!written.ok()) Report(kNoStorage);
 }

@@ -25,8 +25,8 @@ inline constexpr std::string_view kGpuBranch = "Software\\Vision Thing\\PSEmu Pr
 inline constexpr std::string_view kCdrBranch = "Software\\Vision Thing\\PSEmu Pro\\CDR\\";
 inline constexpr std::string_view kSpuBranch = "Software\\Vision Thing\\PSEmu Pro\\SPU\\";
 
-// Replaces the file at this host path by a dump of all three branches. If it can't be written:
-// a message, and the file is as before.
+// Replaces the file at this host path by a dump of all three branches. If it can't be written, or
+// wouldn't fit into a configuration with its options: a message, and the file is as before.
 void DumpPluginBranches(const std::string& file);
 
 // Appends the direct subkeys of `branch`: of each an empty line, its key line, its values. A

@@ -1,5 +1,6 @@
 // A configuration file of any bytes: every read ends, gives no line of its own, and what is
-// written back under a key is what a read of that key gave.
+// written back under a key is what a read of that key gave. A record that was loaded from it is
+// saved in bytes that a load and a save don't change.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -7,24 +8,51 @@
 
 #include "launch/direct_run.h"
 #include "platform/text.h"
-#include "store/config_file.h"
-#include "store/key_table.h"
+#include "store/config_record.h"
+#include "store/velto_doc.h"
+
+namespace {
+
+void Demand(bool holds) {
+    if (!holds) std::abort();
+}
+
+// The file as a save gives it to a load.
+velto::CConfigFile Saved(const velto::CConfigFile& file) {
+    const auto record =
+        velto::ReadRecord(file, [](const std::string& plugin) { return plugin; }).record;
+    const auto saved = velto::WriteRecord(record, velto::CopyPluginLines(file.text()), false);
+    return velto::CConfigFile(
+        velto::platform::FromDiskText(velto::platform::ToDiskText(saved.text())));
+}
+
+// Whether the value comes back from a line of its own.
+bool IsPlain(const std::string& value) {
+    return value.find("; ") == std::string::npos &&
+           std::none_of(value.begin(), value.end(),
+                        [](char c) { return static_cast<unsigned char>(c) < 0x20; });
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes(data, data + size);
     const velto::CConfigFile file(velto::platform::FromDiskText(bytes));
+    bool plain = file.ReadEntry("psxid").find(',') == std::string::npos;
     for (const auto& row : velto::KeyTable()) {
         const auto value = file.ReadEntry(row.name);
-        if (value.find_first_of("=\n") != std::string::npos) std::abort();
+        Demand(value.find_first_of("=\n") == std::string::npos);
         velto::CConfigFile copy;
         copy.WriteEntry(row.name, value);
-        const bool plain = std::none_of(value.begin(), value.end(), [](char c) {
-            return static_cast<unsigned char>(c) < 0x20;
-        });
-        const bool names_a_key = value.find("; ") != std::string::npos;
-        if (plain && !names_a_key && copy.ReadEntry(row.name) != value) std::abort();
+        plain = plain && IsPlain(value);
+        Demand(!IsPlain(value) || copy.ReadEntry(row.name) == value);
     }
+    const auto saved = Saved(file);
+    const auto again = Saved(saved);
+    Demand(velto::CopyPluginLines(saved.text()) == velto::CopyPluginLines(file.text()));
+    Demand(!plain || again.text() == saved.text());
+
     const auto config = velto::ReadDirectConfig(file);
-    if (config && velto::EmulatorValues(config->settings).size() < 29) std::abort();
+    Demand(!config || velto::EmulatorValues(config->settings).size() >= 29);
     return 0;
 }

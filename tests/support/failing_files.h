@@ -16,7 +16,7 @@ class FailingFiles : public platform::FileService {
   public:
     enum class At { Fail, Kill };
 
-    // `step` counts the calls that change something, from 1; 0 fails none.
+    // `step` counts the calls that read bytes or change something, from 1; 0 fails none.
     FailingFiles(platform::FileService& real, int step, At at)
         : real_(real), step_(step), at_(at) {}
 
@@ -34,7 +34,11 @@ class FailingFiles : public platform::FileService {
     }
     platform::Result<std::unique_ptr<platform::FileReader>> Open(const std::string& path) override {
         opened.push_back(path);
-        return real_.Open(path);
+        if (Fails()) return Full(path);
+        auto reader = real_.Open(path);
+        if (!reader.ok()) return reader;
+        return std::unique_ptr<platform::FileReader>(
+            std::make_unique<Reader>(*this, path, std::move(reader).value()));
     }
     platform::Status CheckWritable(const std::string& path) override {
         return real_.CheckWritable(path);
@@ -66,6 +70,20 @@ class FailingFiles : public platform::FileService {
     }
 
   private:
+    class Reader : public platform::FileReader {
+      public:
+        Reader(FailingFiles& files, std::string path, std::unique_ptr<platform::FileReader> real)
+            : files_(files), path_(std::move(path)), real_(std::move(real)) {}
+        platform::Result<bool> Read(std::string& out, std::size_t limit) override {
+            if (files_.Fails()) return Full(path_);
+            return real_->Read(out, limit);
+        }
+
+      private:
+        FailingFiles& files_;
+        std::string path_;
+        std::unique_ptr<platform::FileReader> real_;
+    };
     class Writer : public platform::FileWriter {
       public:
         Writer(FailingFiles& files, std::string path, std::unique_ptr<platform::FileWriter> real)
