@@ -1,30 +1,29 @@
 #include "platform/file_search.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/ascii.h"
 
 namespace velto::platform {
 namespace {
 
-bool IsRegular(FileService& files, const std::string& path) {
-    const auto info = files.Info(path);
-    return info.ok() && info.value().regular;
-}
-
 template <class Wanted>
 std::vector<std::string> Search(FileService& files, const std::string& folder, Wanted wanted) {
     auto listed = files.List(folder);
     if (!listed.ok()) return {};
-    auto& names = listed.value();
-    std::erase_if(names, [&](const std::string& name) {
-        return !wanted(name) || !IsRegular(files, JoinPath(folder, name));
-    });
+    auto names = std::move(listed).value();
+    std::erase_if(names, [&](const std::string& name) { return !wanted(name); });
     std::sort(names.begin(), names.end(), LessIgnoringCase);
     return names;
 }
 
 }  // namespace
+
+bool IsRegular(FileService& files, const std::string& path) {
+    const auto info = files.Info(path);
+    return info.ok() && info.value().regular;
+}
 
 bool IsFileName(std::string_view name) {
     constexpr std::string_view kSeparatorsAndNul("/\\\0", 3);
@@ -37,7 +36,7 @@ std::optional<std::string> FindFile(FileService& files, const std::string& folde
     if (!IsFileName(name)) return {};
     if (IsRegular(files, JoinPath(folder, name))) return std::string(name);
     const auto found = Search(files, folder, [&](const std::string& candidate) {
-        return EqualsIgnoringCase(candidate, name);
+        return EqualsIgnoringCase(candidate, name) && IsRegular(files, JoinPath(folder, candidate));
     });
     if (found.empty()) return {};
     return found.front();
@@ -45,7 +44,15 @@ std::optional<std::string> FindFile(FileService& files, const std::string& folde
 
 std::vector<std::string> FindFilesEndingIn(FileService& files, const std::string& folder,
                                            std::string_view ending) {
-    return Search(files, folder, [&](const std::string& candidate) {
+    auto names = FindNamesEndingIn(files, folder, ending);
+    std::erase_if(
+        names, [&](const std::string& name) { return !IsRegular(files, JoinPath(folder, name)); });
+    return names;
+}
+
+std::vector<std::string> FindNamesEndingIn(FileService& files, const std::string& folder,
+                                           std::string_view ending) {
+    return Search(files, folder, [&](std::string_view candidate) {
         return candidate.size() >= ending.size() &&
                EqualsIgnoringCase(candidate.substr(candidate.size() - ending.size()), ending);
     });

@@ -22,9 +22,15 @@ bool IsFileName(std::string_view name);
 std::optional<std::string> FindFile(FileService& files, const std::string& folder,
                                     std::string_view name);
 
+bool IsRegular(FileService& files, const std::string& path);
+
 // All files of the folder whose names end in `ending`, in search order: sorted without regard to
 // case, bytes deciding ties. Empty if the folder can't be read.
 std::vector<std::string> FindFilesEndingIn(FileService& files, const std::string& folder,
+                                           std::string_view ending);
+// For who opens all of them anyway, and so is told which are no files: what isn't one is among
+// the names.
+std::vector<std::string> FindNamesEndingIn(FileService& files, const std::string& folder,
                                            std::string_view ending);
 
 }  // namespace velto::platform

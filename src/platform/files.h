@@ -65,6 +65,9 @@ class FileService {
     virtual Status Rename(const std::string& from, const std::string& to) = 0;
     // Returns when the folder's entries are on the disk.
     virtual Status FlushFolder(const std::string& folder) = 0;
+    // Returns when all that was written to the folder's file system is on the disk: for many files
+    // much cheaper than a flush of each.
+    virtual Status FlushFileSystem(const std::string& folder) = 0;
     virtual Status Remove(const std::string& path) = 0;
     // Makes the folder and those above it; success if it exists.
     virtual Status MakeFolders(const std::string& folder) = 0;

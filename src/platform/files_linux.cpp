@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -54,18 +55,19 @@ Error NotRegular(const std::string& path) {
     return {ErrorKind::Unsuitable, path, "not a regular file"};
 }
 
+constexpr std::size_t kReadAtOnce = std::size_t{64} << 10;
+
 class LinuxReader : public FileReader {
   public:
     LinuxReader(Descriptor file, std::string path)
         : file_(std::move(file)), path_(std::move(path)) {}
 
     Result<bool> Read(std::string& out, std::size_t limit) override {
-        const std::size_t before = out.size();
-        out.resize(before + limit);
-        const auto count = Retrying([&] { return read(file_.get(), out.data() + before, limit); });
-        const int error = errno;
-        out.resize(before + static_cast<std::size_t>(count < 0 ? 0 : count));
-        if (count < 0) return SystemError(path_, error);
+        char bytes[kReadAtOnce];  // not filled: a small file would pay for all of it
+        const auto wanted = std::min(limit, sizeof bytes);
+        const auto count = Retrying([&] { return read(file_.get(), bytes, wanted); });
+        if (count < 0) return SystemError(path_);
+        out.append(bytes, static_cast<std::size_t>(count));
         return count > 0;
     }
 
@@ -98,6 +100,14 @@ class LinuxWriter : public FileWriter {
     Descriptor file_;
     std::string path_;
 };
+
+Status FlushBy(int (*flush)(int), const std::string& folder) {
+    const Descriptor open_folder(
+        Retrying([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (!open_folder.valid()) return SystemError(folder);
+    if (Retrying([&] { return flush(open_folder.get()); }) != 0) return SystemError(folder);
+    return {};
+}
 
 class LinuxFiles : public FileService {
   public:
@@ -189,13 +199,8 @@ class LinuxFiles : public FileService {
         return {};
     }
 
-    Status FlushFolder(const std::string& folder) override {
-        const Descriptor open_folder(
-            Retrying([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-        if (!open_folder.valid()) return SystemError(folder);
-        if (Retrying([&] { return fsync(open_folder.get()); }) != 0) return SystemError(folder);
-        return {};
-    }
+    Status FlushFolder(const std::string& folder) override { return FlushBy(fsync, folder); }
+    Status FlushFileSystem(const std::string& folder) override { return FlushBy(syncfs, folder); }
 
     Status Remove(const std::string& path) override {
         if (unlink(path.c_str()) != 0) return SystemError(path);

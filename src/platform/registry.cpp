@@ -36,6 +36,16 @@ Status WriteValues(RegistryStore& store, std::span<const RegistryWrite> writes) 
     return transaction.value()->Commit();
 }
 
+std::optional<std::string> ReadText(RegistryKey& key, std::string_view name, std::size_t buffer) {
+    auto value = key.Query(name);
+    if (!value.ok() || value.value().type != RegistryType::String) return {};
+    auto& data = value.value().data;
+    if (data.size() > buffer) return {};
+    data.resize(std::min(data.find('\0'), data.size()));
+    if (data.size() + 1 > buffer) return {};
+    return std::move(data);
+}
+
 bool HasKnownRoot(std::string_view path) {
     const auto root = path.substr(0, path.find('\\'));
     return std::any_of(kRoots.begin(), kRoots.end(),

@@ -126,6 +126,13 @@ std::unique_ptr<RegistryStore> MakeSqliteRegistry(std::string file);
 // All in one transaction.
 Status WriteValues(RegistryStore& store, std::span<const RegistryWrite> writes);
 
+// The text of a string value, up to its first NUL. Nothing if the value is missing, of another
+// type, or longer than `buffer` bytes with its final NUL.
+std::optional<std::string> ReadText(RegistryKey& key, std::string_view name, std::size_t buffer);
+
+// Bytes of that buffer for names of files and other short texts.
+inline constexpr std::size_t kTextBuffer = 260;
+
 // Whether `path` begins with one of the five roots that a registry has, in any case of letters.
 bool HasKnownRoot(std::string_view path);
 

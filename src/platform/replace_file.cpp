@@ -92,10 +92,15 @@ Status FileReplacement::Write(std::string_view bytes) {
 
 Status FileReplacement::Commit() {
     if (auto flushed = writer_->Flush(); !flushed.ok()) return flushed;
-    writer_.reset();
-    if (auto renamed = files_.Rename(temporary_, target_); !renamed.ok()) return renamed;
-    renamed_ = true;
+    Close();
+    if (auto renamed = Rename(); !renamed.ok()) return renamed;
     return files_.FlushFolder(FolderOf(target_));
+}
+
+Status FileReplacement::Rename() {
+    auto renamed = files_.Rename(temporary_, target_);
+    renamed_ = renamed.ok();
+    return renamed;
 }
 
 Status ReplaceFile(FileService& files, const std::string& path, std::string_view bytes) {
@@ -103,6 +108,36 @@ Status ReplaceFile(FileService& files, const std::string& path, std::string_view
     if (!replacement.ok()) return replacement.error();
     if (auto written = replacement.value()->Write(bytes); !written.ok()) return written;
     return replacement.value()->Commit();
+}
+
+Status ReplacementBatch::Add(const std::string& path, std::string_view bytes) {
+    auto begun = FileReplacement::Begin(files_, path);
+    if (!begun.ok()) return begun.error();
+    auto& replacement = *begun.value();
+    if (auto written = replacement.Write(bytes); !written.ok()) return written;
+    replacement.Close();
+    folders_.insert(FolderOf(replacement.target_));
+    members_.push_back({path, std::move(begun).value()});
+    return {};
+}
+
+Status ReplacementBatch::Commit() {
+    if (members_.empty()) return {};
+    const auto failure = [this](const Status& status) {
+        const auto first = renamed_ < members_.size() ? renamed_ : 0;
+        return Error{status.error().kind, members_[first].path, status.error().text};
+    };
+    for (const auto& folder : folders_) {
+        if (auto flushed = files_.FlushFileSystem(folder); !flushed.ok()) return failure(flushed);
+    }
+    for (const auto& member : members_) {
+        if (auto done = member.replacement->Rename(); !done.ok()) return failure(done);
+        ++renamed_;
+    }
+    for (const auto& folder : folders_) {
+        if (auto flushed = files_.FlushFolder(folder); !flushed.ok()) return failure(flushed);
+    }
+    return {};
 }
 
 void SweepTemporaries(FileService& files, const std::string& folder) {

@@ -5,9 +5,12 @@
 // permission bits are kept, and a write-protected target is a failure.
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/files.h"
 #include "platform/result.h"
@@ -31,8 +34,11 @@ class FileReplacement {
     bool renamed() const { return renamed_; }
 
   private:
+    friend class ReplacementBatch;
     FileReplacement(FileService& files, std::string target, std::string temporary,
                     std::unique_ptr<FileWriter> writer);
+    void Close() { writer_.reset(); }
+    Status Rename();
 
     FileService& files_;
     std::string target_;
@@ -42,6 +48,33 @@ class FileReplacement {
 };
 
 Status ReplaceFile(FileService& files, const std::string& path, std::string_view bytes);
+
+// Many replacements at once: all are written, flushed together, and then renamed. Each target is
+// the old file or the new one, whole; before Commit all are old. The destructor removes the
+// temporaries that weren't renamed.
+class ReplacementBatch {
+  public:
+    explicit ReplacementBatch(FileService& files) : files_(files) {}
+
+    // Writes the new content of one file, which isn't on the disk yet when this returns.
+    Status Add(const std::string& path, std::string_view bytes);
+    // Once. The subject of a failure is the path, as it was added, of the first file that isn't
+    // known to be replaced.
+    Status Commit();
+    // How many targets are the new file.
+    std::size_t renamed() const { return renamed_; }
+
+  private:
+    struct Member {
+        std::string path;
+        std::unique_ptr<FileReplacement> replacement;
+    };
+
+    FileService& files_;
+    std::vector<Member> members_;
+    std::set<std::string> folders_;  // of the targets
+    std::size_t renamed_ = 0;
+};
 
 // Removes the temporaries in `folder` whose process is gone. What can't be removed stays.
 void SweepTemporaries(FileService& files, const std::string& folder);

@@ -16,15 +16,15 @@ namespace velto {
 namespace {
 
 using platform::DwordValue;
-using platform::RegistryKey;
+using platform::kTextBuffer;
+using platform::ReadText;
 using platform::RegistryType;
 using platform::RegistryWrite;
 using platform::StringValue;
 
 constexpr char kSeparator = ';';
 
-// Bytes with the final NUL. A text that doesn't fit reads as empty.
-constexpr std::size_t kStringBuffer = 260;
+// Bytes with the final NUL. A list that doesn't fit reads as empty.
 constexpr std::size_t kListBuffer = 1'000'000;
 
 // A longer list would read as empty, and the next change would lose it: it isn't written.
@@ -34,18 +34,6 @@ bool IsReadableList(std::string_view text) {
 
 std::string CurrentUserKey(std::string_view path) {
     return std::string(platform::kCurrentUser).append(path);
-}
-
-// Nothing if the value is missing, of another type, or doesn't fit.
-std::optional<std::string> ReadText(RegistryKey* key, std::string_view name, std::size_t buffer) {
-    if (key == nullptr) return {};
-    auto value = key->Query(name);
-    if (!value.ok() || value.value().type != RegistryType::String) return {};
-    auto& data = value.value().data;
-    if (data.size() > buffer) return {};
-    data.resize(std::min(data.find('\0'), data.size()));
-    if (data.size() + 1 > buffer) return {};
-    return std::move(data);
 }
 
 // Nothing if the value is of another type.
@@ -168,7 +156,7 @@ void CVeltoSettings::SetExclusionList(const std::vector<std::string>& entries) {
 
 bool CVeltoSettings::IsLogWindowOn() const {
     const auto key = platform::Registry().OpenKey(CurrentUserKey(kEmulatorConfigKey));
-    return !key.ok() || ReadText(key.value().get(), "nodebug", kStringBuffer) != "0";
+    return !key.ok() || ReadText(*key.value(), "nodebug", kTextBuffer) != "0";
 }
 
 // Both names together: it was written under the first alone and is read under the second.
@@ -191,11 +179,12 @@ int CVeltoSettings::RestoreFile(const std::string& file, const std::string& fold
 }
 
 std::string CVeltoSettings::ReadString(std::string_view name) const {
-    return ReadText(key_.get(), name, kStringBuffer).value_or("");
+    return key_ ? ReadText(*key_, name, kTextBuffer).value_or("") : "";
 }
 
 std::vector<std::string> CVeltoSettings::ReadList(std::string_view name) const {
-    return SplitList(ReadText(key_.get(), name, kListBuffer).value_or(""), kSeparator);
+    if (!key_) return {};
+    return SplitList(ReadText(*key_, name, kListBuffer).value_or(""), kSeparator);
 }
 
 // Whether a list is there that reads as empty because the read fails: a change would write that

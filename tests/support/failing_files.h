@@ -62,6 +62,9 @@ class FailingFiles : public platform::FileService {
     platform::Status FlushFolder(const std::string& folder) override {
         return Fails() ? Full(folder) : real_.FlushFolder(folder);
     }
+    platform::Status FlushFileSystem(const std::string& folder) override {
+        return Fails() ? Full(folder) : real_.FlushFileSystem(folder);
+    }
     platform::Status Remove(const std::string& path) override {
         return Fails() ? Full(path) : real_.Remove(path);
     }
