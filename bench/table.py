@@ -46,6 +46,23 @@ def main():
     rows.append(("scan of 500 plug-ins", f"{scan:.1f} ms",
                  f"{scan / bare_scan:.2f} times the same calls in one process", "2"))
 
+    start = {n: milliseconds(f"EditorStart/{n}") for n in (0, 5000, 10000)}
+    more = start[10000] - start[0]
+    reading = milliseconds("ReadingTheFilesOnce")
+    rows.append(("start of the editor, 10000 configurations", f"{start[10000]:.0f} ms",
+                 f"{more:.0f} ms more than with none: {more / reading:.2f} times reading the files",
+                 "2"))
+    rows.append(("  the additional time against that of 5000", "",
+                 f"{more / (start[5000] - start[0]):.2f} times", "linear: 2"))
+    memory = median("EditorStart/10000", "peak_mib") - median("EditorStart/0", "peak_mib")
+    rows.append(("  its memory", f"{median('EditorStart/10000', 'peak_mib'):.1f} MiB",
+                 f"{memory:.1f} MiB more than with none", "16 MiB"))
+    rows.append(("selection of a configuration among 10000",
+                 f"{milliseconds('EditorSelection'):.2f} ms", "", "10 ms"))
+    rename, writing = milliseconds("RenameOfAGroup"), milliseconds("WritingTheBytesWithOneFlush")
+    rows.append(("rename of a group of 10000 files", f"{rename:.0f} ms",
+                 f"{rename / writing:.2f} times writing the bytes with one flush", "3"))
+
     heads = ("Work", "Median", "Ratio or memory", "Bound")
     widths = [max(len(row[i]) for row in [heads, *rows]) for i in range(4)]
     for row in [heads, tuple("-" * width for width in widths), *rows]:

@@ -1,25 +1,16 @@
 // What the program's main roads cost, as whole processes on a home of their own.
-//
-// Times are wall clock from a spawn to the first byte of output or to the exit, medians of
-// alternating runs. Peak memory is that of the child (ru_maxrss).
 #include <dlfcn.h>
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "bench_support.h"
 #include "launch/emulator_values.h"
 #include "platform/drives.h"
 #include "platform/environment.h"
@@ -35,26 +26,19 @@ namespace {
 
 namespace fs = std::filesystem;
 namespace platform = velto::platform;
-using Clock = std::chrono::steady_clock;
-
-void Check(bool good, const std::string& what) {
-    if (!good) throw std::runtime_error(what);
-}
-
-double Since(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
+using velto::bench::Check;
+using velto::bench::Clock;
+using velto::bench::Program;
+using velto::bench::Run;
+using velto::bench::Since;
 
 // A home with one configuration, the probe as its emulator, and registry texts of several sizes.
 class BenchHome {
   public:
     BenchHome() {
-        std::string name = (fs::temp_directory_path() / "velto-bench-XXXXXX").string();
-        Check(mkdtemp(name.data()) != nullptr, "mkdtemp");
-        folder_ = name;
-        fs::create_directory(folder_ / "config");
+        fs::create_directory(folder_.path() / "config");
         fs::copy(fs::path(VELTO_DEMO_FOLDER) / "config/Demo Disc.dta", Config());
-        setenv("VELTO_HOME", folder_.c_str(), 1);
+        setenv("VELTO_HOME", folder_.path().c_str(), 1);
         unsetenv("VELTO_REGEDIT");
         const auto store = platform::MakeSqliteRegistry(Registry());
         const platform::RegistryWrite emulator[] = {
@@ -62,22 +46,12 @@ class BenchHome {
              platform::StringValue(Program("probe-emulator"))}};
         Check(store->OpenStore(emulator).ok(), "registry");
     }
-    ~BenchHome() {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-    BenchHome(const BenchHome&) = delete;
-    BenchHome& operator=(const BenchHome&) = delete;
-
-    static std::string Program(const std::string& name) {
-        return (fs::read_symlink("/proc/self/exe").parent_path() / name).string();
-    }
-    std::string Registry() const { return folder_ / "registry.db"; }
-    std::string Config() const { return folder_ / "config/Demo Disc.dta"; }
+    std::string Registry() const { return folder_.path() / "registry.db"; }
+    std::string Config() const { return folder_.path() / "config/Demo Disc.dta"; }
 
     // Registry text with `values` short values, or none.
     std::string TextOf(std::size_t values) const {
-        const auto path = folder_ / (std::to_string(values) + ".reg");
+        const auto path = folder_.path() / (std::to_string(values) + ".reg");
         if (fs::exists(path)) return path;
         std::ofstream out(path, std::ios::binary);
         out << "REGEDIT4\r\n\r\n";
@@ -93,49 +67,12 @@ class BenchHome {
 
   private:
     static constexpr std::size_t kValuesOfAKey = 1000;
-    fs::path folder_;
+    velto::bench::Folder folder_;
 };
 
 BenchHome& Home() {
     static BenchHome home;
     return home;
-}
-
-struct Timing {
-    double first_byte;  // seconds from the spawn; without output to the end of the output
-    double exit;
-    double peak_mib;
-};
-
-Timing Run(std::vector<std::string> command) {
-    int output[2];
-    Check(pipe2(output, O_CLOEXEC) == 0, "pipe");
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-    std::vector<char*> arguments;
-    for (auto& argument : command) arguments.push_back(argument.data());
-    arguments.push_back(nullptr);
-
-    pid_t child = 0;
-    const auto start = Clock::now();
-    Check(posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ) == 0,
-          "spawn " + command[0]);
-    close(output[1]);
-    Timing timing{};
-    char byte = 0;
-    Check(read(output[0], &byte, 1) >= 0, "read");
-    timing.first_byte = Since(start);
-    int status = 0;
-    rusage usage{};
-    Check(wait4(child, &status, 0, &usage) == child && status == 0, "exit of " + command[0]);
-    timing.exit = Since(start);
-    while (read(output[0], &byte, 1) > 0) {
-    }
-    close(output[0]);
-    posix_spawn_file_actions_destroy(&actions);
-    timing.peak_mib = static_cast<double>(usage.ru_maxrss) / 1024;
-    return timing;
 }
 
 // Puts other values in the place of those that the next run writes, so that it has to write them.
@@ -158,29 +95,27 @@ void ForgetTheConfiguration() {
 void DirectRun(benchmark::State& state) {
     for (auto _ : state) {
         ForgetTheConfiguration();
-        state.SetIterationTime(
-            Run({BenchHome::Program("velto"), "-direct", "Demo Disc"}).first_byte);
+        state.SetIterationTime(Run({Program("velto"), "-direct", "Demo Disc"}).first_byte);
     }
 }
 
 void MergeOfTheConfiguration(benchmark::State& state) {
     for (auto _ : state) {
         ForgetTheConfiguration();
-        state.SetIterationTime(
-            Run({BenchHome::Program("velto-regedit"), "/S", Home().Config()}).exit);
+        state.SetIterationTime(Run({Program("velto-regedit"), "/S", Home().Config()}).exit);
     }
 }
 
 void BareEmulator(benchmark::State& state) {
     for (auto _ : state) {
-        state.SetIterationTime(Run({BenchHome::Program("probe-emulator")}).first_byte);
+        state.SetIterationTime(Run({Program("probe-emulator")}).first_byte);
     }
 }
 
 void MergeOfValues(benchmark::State& state) {
     const auto text = Home().TextOf(static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
-        const auto timing = Run({BenchHome::Program("velto-regedit"), "/S", text});
+        const auto timing = Run({Program("velto-regedit"), "/S", text});
         state.SetIterationTime(timing.exit);
         state.counters["peak_mib"] = timing.peak_mib;
     }
@@ -196,7 +131,7 @@ class PluginHome {
     PluginHome() {
         fs::create_directories(Folder());
         for (int i = 0; i < kLibraries; ++i) {
-            fs::copy(BenchHome::Program("probe-plugin.so"), Library(i));
+            fs::copy(Program("probe-plugin.so"), Library(i));
         }
         const platform::RegistryWrite emulator[] = {
             {std::string(platform::kCurrentUser).append(velto::kSettingsKey), "epsxe",

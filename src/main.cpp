@@ -12,9 +12,10 @@
 #include "platform/files.h"
 #include "platform/host.h"
 #include "platform/instance.h"
-#include "platform/message_box.h"
+#include "platform/libraries.h"
 #include "platform/process.h"
 #include "platform/registry.h"
+#include "shell/windows_loader.h"
 
 namespace {
 
@@ -26,11 +27,12 @@ int Run(const std::vector<std::string>& arguments) {
     const auto registry = platform::MakeSqliteRegistry(environment.RegistryFile());
     const auto processes = platform::MakeProcessService(environment);
     const auto instance = platform::MakeInstanceService(environment.program, environment.home);
-    const auto boxes = platform::MakeStandardErrorBoxes();
+    velto::WindowsLoader windows(environment.program);
+    const auto libraries = platform::MakeLibraryService(*processes, environment.program);
     const platform::HostScope scope({&environment, files.get(), drives.get(), registry.get(),
-                                     processes.get(), instance.get(), boxes.get()});
+                                     processes.get(), instance.get(), &windows, libraries.get()});
 
-    velto::CVeltoApp app(velto::CommandLineText(environment.program, arguments));
+    velto::CVeltoApp app(velto::CommandLineText(environment.program, arguments), windows);
     app.InitInstance();
     return app.exitStatus();
 }

@@ -23,13 +23,13 @@ void Report(const std::string& text, const std::string& caption) {
 
 }  // namespace
 
-bool CVeltoApp::InitInstance() {
+void CVeltoApp::InitInstance() {
     std::string flag;
     std::string parameter;
     CVeltoCommandLine(command_line_).Parse(flag, parameter);
     if ((!flag.empty() || !parameter.empty()) && flag != kDirectFlag) {
         Report("-" + flag + " " + parameter + " is not a recognised command", "Unknown Flag");
-        return false;
+        return;
     }
 
     const auto first = platform::Instance().Acquire();
@@ -37,21 +37,21 @@ bool CVeltoApp::InitInstance() {
         Report("Unable to tell whether Velto is running: " + first.error().subject + ": " +
                    first.error().text,
                "Error");
-        return false;
+        return;
     }
     if (!first.value()) {
         MeetFirstProcess(flag, parameter);
-        return false;
+        return;
     }
 
-    if (!OpenRegistry()) return false;
+    if (!OpenRegistry()) return;
     // If it can't be made, the files in it aren't found.
     std::ignore = platform::Files().MakeFolders(platform::HostEnvironment().ConfigFolder());
     if (flag == kDirectFlag) {
         RunDirect(parameter);
-        return false;
+    } else if (editor_.RunEditor()) {
+        status_ = 0;
     }
-    return StartEditor();
 }
 
 void CVeltoApp::MeetFirstProcess(const std::string& flag, const std::string& name) {
@@ -81,11 +81,6 @@ bool CVeltoApp::OpenRegistry() {
 
 void CVeltoApp::RunDirect(const std::string& name) {
     if (velto::RunDirect(name)) status_ = 0;
-}
-
-bool CVeltoApp::StartEditor() {
-    Report("There is no editor yet. Start a configuration with -direct <name>.", "Velto");
-    return false;
 }
 
 }  // namespace velto

@@ -7,15 +7,25 @@
 
 namespace velto {
 
+// The editor, which stands above this program's entry.
+class EditorRunner {
+  public:
+    virtual ~EditorRunner() = default;
+    // From its start to its end. False if it can't start, which is reported.
+    virtual bool RunEditor() = 0;
+};
+
 class CVeltoApp {
   public:
-    // `commandLine` is the text that CommandLineText gives.
-    explicit CVeltoApp(std::string commandLine) : command_line_(std::move(commandLine)) {}
+    // `commandLine` is the text that CommandLineText gives. The editor isn't owned.
+    CVeltoApp(std::string commandLine, EditorRunner& editor)
+        : command_line_(std::move(commandLine)), editor_(editor) {}
 
-    // False ends the process, with exitStatus().
-    bool InitInstance();
+    // The whole life of the process; it ends with exitStatus().
+    void InitInstance();
 
-    // 0 if the emulator was started or the first process answered the hand-over, else 1.
+    // 0 if the emulator was started, the first process answered the hand-over, or the editor
+    // ended; else 1.
     int exitStatus() const { return status_; }
 
   private:
@@ -23,9 +33,9 @@ class CVeltoApp {
     void MeetFirstProcess(const std::string& flag, const std::string& name);
     bool OpenRegistry();
     void RunDirect(const std::string& name);
-    bool StartEditor();
 
     std::string command_line_;
+    EditorRunner& editor_;
     int status_ = 1;
 };
 

@@ -14,7 +14,7 @@ CVeltoDoc::CVeltoDoc(std::string folder, Editor& editor)
 
 bool CVeltoDoc::LoadConfig(const std::string& name) {
     if (std::exchange(reselecting, false)) return false;
-    if (dirty && !(ConfirmLoss() && AcceptLoss())) return SendBack();
+    if (!GiveUpChanges()) return SendBack();
     if (name.empty()) return true;
     if (name == kRootGroup) return false;
 
@@ -50,12 +50,23 @@ bool CVeltoDoc::WarnIfDirty() {
     return SendBack();
 }
 
+bool CVeltoDoc::OnApply() {
+    const auto name = NameInHand();
+    if (!SaveConfig(name, false, name)) return false;
+    editor_.EnableApplyAndReset(false);
+    return true;
+}
+
 bool CVeltoDoc::OnReset() {
     const auto name = NameInHand();
     if (!AcceptLoss()) return false;
     LoadConfig(name);
     UpdatePages();
     return true;
+}
+
+bool CVeltoDoc::GiveUpChanges() {
+    return !dirty || (ConfirmLoss() && AcceptLoss());
 }
 
 bool CVeltoDoc::AcceptLoss() {

@@ -44,8 +44,15 @@ class CVeltoDoc : public ConfigRecord {
     // whole.
     bool SaveConfig(const std::string& source, bool magic, const std::string& destination);
 
+    // "Apply Settings": saves the configuration in hand. False after a failure, as above.
+    bool OnApply();
+
     // "Reset Settings": the configuration in hand as its file has it. False as below.
     bool OnReset();
+
+    // For a command that loses unsaved changes: asks, if there are any, and accepts the loss.
+    // False if the command must stop.
+    bool GiveUpChanges();
 
     // The user gives unsaved changes up, pending plug-in settings included. False, after a
     // message, if these can't be removed: then everything stays, or they would reach the next

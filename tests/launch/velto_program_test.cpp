@@ -36,6 +36,7 @@ class VeltoProgramTest : public HomeTest {
         run.command.insert(run.command.end(), arguments.begin(), arguments.end());
         run.variables = {{"VELTO_HOME", home_folder.path()},
                          {"XDG_RUNTIME_DIR", runtime.path()},
+                         {"QT_QPA_PLATFORM", ""},
                          {"DISPLAY", ""},
                          {"WAYLAND_DISPLAY", ""}};
         run.folder = "/";
@@ -130,11 +131,10 @@ TEST_F(VeltoProgramTest, ASecondDirectRunThatMeetsTheLockOfAnotherEndsSilently) 
     EXPECT_EQ(RunProgram(Velto({"-direct", "A Game"})).status, 0) << "a lock dies with its process";
 }
 
-TEST_F(VeltoProgramTest, WithoutAnEditorItSaysSo) {
+TEST_F(VeltoProgramTest, WithoutADisplayTheEditorSaysSo) {
     const auto result = RunProgram(Velto({}));
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err,
-              "Velto: There is no editor yet. Start a configuration with -direct <name>.\n");
+    EXPECT_EQ(result.err, "Velto: The editor needs a display.\n");
 }
 
 TEST_F(VeltoProgramTest, ANewHomeAsksForTheFirstRunAndOneThatExistsIsLeftAsItIs) {

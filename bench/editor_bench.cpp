@@ -1,0 +1,170 @@
+// What ten thousand configurations cost the editor.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <memory>
+
+#include <benchmark/benchmark.h>
+
+#include "bench_support.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/host.h"
+#include "platform/registry.h"
+#include "shell/group_rewrite.h"
+#include "store/velto_settings.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+namespace platform = velto::platform;
+using velto::bench::Check;
+using velto::bench::Clock;
+using velto::bench::Since;
+
+constexpr int kGroups = 200;
+constexpr int kConfigurations = 10'000;
+constexpr int kSelections = 1000;
+
+std::string TextOf(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// The demo's configuration in a group of this name.
+std::string Configuration(const std::string& group) {
+    static const auto text = TextOf(fs::path(VELTO_DEMO_FOLDER) / "config/Demo Disc.dta");
+    const std::string key = "; fileGroup = ";
+    const auto begin = text.find(key) + key.size();
+    return text.substr(0, begin) + group + text.substr(text.find("\r\n", begin));
+}
+
+// A home with so many configurations, spread evenly over the groups.
+class EditorHome {
+  public:
+    EditorHome(int configurations, int groups) {
+        const auto store = platform::MakeSqliteRegistry(home_.path() / "registry.db");
+        std::string names;
+        std::string parents;
+        for (int i = 0; i < groups; ++i) {
+            names += "Group " + std::to_string(i) + ";";
+            parents += "My Epsxe;";
+        }
+        const auto settings = std::string(platform::kCurrentUser).append(velto::kSettingsKey);
+        const platform::RegistryWrite lists[] = {
+            {settings, "groups", platform::StringValue(names)},
+            {settings, "parents", platform::StringValue(parents)}};
+        Check(store->OpenStore(lists).ok(), "registry");
+        fs::create_directory(Config());
+        for (int i = 0; i < configurations; ++i) {
+            std::ofstream out(Config() / ("Game " + std::to_string(i) + ".dta"), std::ios::binary);
+            out << Configuration("Group " + std::to_string(i % groups));
+            Check(bool(out.flush()), "write");
+        }
+    }
+
+    fs::path Config() const { return home_.path() / "config"; }
+    velto::bench::Timing Open(int selections) const {
+        return velto::bench::Run(
+            {"/usr/bin/env", "QT_QPA_PLATFORM=offscreen", "VELTO_HOME=" + home_.path().string(),
+             velto::bench::Program("editor-probe"), std::to_string(selections)});
+    }
+
+  private:
+    const velto::bench::Folder home_;
+};
+
+const EditorHome& HomeWith(int configurations) {
+    static const EditorHome empty(0, 0);
+    static const EditorHome half(kConfigurations / 2, kGroups / 2);
+    static const EditorHome full(kConfigurations, kGroups);
+    return configurations == 0 ? empty : configurations == kConfigurations ? full : half;
+}
+
+void EditorStart(benchmark::State& state) {
+    const auto& home = HomeWith(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        const auto timing = home.Open(0);
+        state.SetIterationTime(timing.first_byte);
+        state.counters["peak_mib"] = timing.peak_mib;
+    }
+}
+
+void EditorSelection(benchmark::State& state) {
+    const auto& home = HomeWith(kConfigurations);
+    for (auto _ : state) {
+        const auto timing = home.Open(kSelections);
+        state.SetIterationTime((timing.exit - timing.first_byte) / kSelections);
+    }
+}
+
+void ReadingTheFilesOnce(benchmark::State& state) {
+    const auto& home = HomeWith(kConfigurations);
+    const auto files = platform::MakeFileService();
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        for (int i = 0; i < kConfigurations; ++i) {
+            const auto path = home.Config() / ("Game " + std::to_string(i) + ".dta");
+            const auto text = platform::ReadWhole(*files, path, velto::kLargestConfigFile);
+            Check(text.ok(), path);
+            benchmark::DoNotOptimize(text.value().data());
+        }
+        state.SetIterationTime(Since(start));
+    }
+}
+
+void RenameOfAGroup(benchmark::State& state) {
+    const EditorHome home(kConfigurations, 1);
+    const auto files = platform::MakeFileService();
+    const platform::HostScope scope({nullptr, files.get()});
+    std::string from = "Group 0";
+    std::string to = "Group 1";
+    for (auto _ : state) {
+        sync();
+        const auto start = Clock::now();
+        const auto end = velto::RewriteGroup(home.Config(), from, to,
+                                             {[](std::size_t, std::size_t) { return true; },
+                                              [](const std::string&) { return true; }});
+        state.SetIterationTime(Since(start));
+        Check(end.end == velto::GroupRewrite::End::Done, end.reason);
+        std::swap(from, to);
+    }
+}
+
+// To new files, as a replacement does.
+void WritingTheBytesWithOneFlush(benchmark::State& state) {
+    const auto text = Configuration("Group 0");
+    const auto files = platform::MakeFileService();
+    for (auto _ : state) {
+        const velto::bench::Folder folder;
+        sync();
+        const auto start = Clock::now();
+        for (int i = 0; i < kConfigurations; ++i) {
+            std::ofstream out(folder.path() / std::to_string(i), std::ios::binary);
+            out << text;
+            Check(bool(out.flush()), "write");
+        }
+        Check(files->FlushFileSystem(folder.path()).ok(), "flush");
+        state.SetIterationTime(Since(start));
+    }
+}
+
+constexpr int kRuns = 15;
+constexpr int kLongRuns = 5;
+
+BENCHMARK(EditorStart)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Repetitions(kRuns)
+    ->Arg(0)
+    ->Arg(kConfigurations / 2)
+    ->Arg(kConfigurations);
+BENCHMARK(ReadingTheFilesOnce)->UseManualTime()->Iterations(1)->Repetitions(kRuns);
+BENCHMARK(EditorSelection)->UseManualTime()->Iterations(1)->Repetitions(kLongRuns);
+BENCHMARK(RenameOfAGroup)->UseManualTime()->Iterations(1)->Repetitions(kLongRuns);
+BENCHMARK(WritingTheBytesWithOneFlush)->UseManualTime()->Iterations(1)->Repetitions(kLongRuns);
+
+}  // namespace

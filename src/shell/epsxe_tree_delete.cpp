@@ -1,0 +1,97 @@
+#include "platform/files.h"
+#include "platform/message_box.h"
+#include "shell/epsxe_tree.h"
+#include "shell/group_lists.h"
+
+namespace velto {
+namespace {
+
+bool Confirm(const std::string& question, const std::string& caption) {
+    return platform::Boxes().Show({question, caption, platform::BoxIcon::Question,
+                                   platform::BoxButtons::YesNo, true}) == platform::BoxAnswer::Yes;
+}
+
+// False after a message. What is gone already is as it should be.
+bool DeleteFile(const std::string& folder, const TreeNode& configuration) {
+    const auto file = FileOf(folder, configuration);
+    const auto removed = platform::Files().Remove(platform::JoinPath(folder, file));
+    if (removed.ok() || removed.error().kind == platform::ErrorKind::NotFound) return true;
+    platform::Boxes().Show({"Unable to delete " + file + ": " + removed.error().text, "Error"});
+    return false;
+}
+
+std::size_t CountConfigurations(const TreeNode& node) {
+    std::size_t count = node.kind == NodeKind::Configuration ? 1 : 0;
+    for (const auto& child : node.children) count += CountConfigurations(*child);
+    return count;
+}
+
+// Deletes what is below a group, depth first, up to the first file that can't be deleted. A group
+// leaves the lists when nothing is left in it.
+class GroupDeletion {
+  public:
+    GroupDeletion(const std::string& folder, TreeWindow& window, GroupLists& lists)
+        : folder_(folder), window_(window), lists_(lists) {}
+
+    void Delete(const TreeNode& group) {
+        what_ = "Deleting group " + group.text;
+        total_ = CountConfigurations(group);
+        DeleteAll(group);
+    }
+
+  private:
+    bool DeleteAll(const TreeNode& group) {
+        for (const auto& child : group.children) {
+            if (!(child->kind == NodeKind::Group ? DeleteAll(*child) : DeleteOne(*child))) {
+                return false;
+            }
+        }
+        if (group.parent != nullptr) lists_.Remove(group.text, group.parent->text);
+        return true;
+    }
+    bool DeleteOne(const TreeNode& configuration) {
+        return window_.Progress(what_, done_++, total_) && DeleteFile(folder_, configuration);
+    }
+
+    const std::string& folder_;
+    TreeWindow& window_;
+    GroupLists& lists_;
+    std::string what_;
+    std::size_t done_ = 0;
+    std::size_t total_ = 0;
+};
+
+// True if the user said yes, whatever came of it: what is left is read anew.
+bool DeleteConfiguration(const std::string& folder, const TreeNode& node) {
+    if (!Confirm("Are you sure you wish to delete this file?", "Confirm Delete")) return false;
+    DeleteFile(folder, node);
+    return true;
+}
+
+bool DeleteGroup(CVeltoDoc& document, TreeWindow& window, const TreeNode& node) {
+    if (!Confirm("This action will delete all configurations contained within this group. \nDo you "
+                 "wish to continue?",
+                 "Remove Group?")) {
+        return false;
+    }
+    const auto before = GroupLists::Read(document.settings);
+    auto lists = before;
+    GroupDeletion(document.configDir, window, lists).Delete(node);
+    if (lists.groups.size() != before.groups.size()) lists.Store(document.settings);
+    return true;
+}
+
+}  // namespace
+
+void CEpsxeTree::OnDelete() {
+    const auto target = selected_;
+    if (target.node == nullptr || !document_.GiveUpChanges()) return;
+    const bool confirmed = NodeKind(target) == NodeKind::Group
+                               ? DeleteGroup(document_, window_, *target.node)
+                               : DeleteConfiguration(document_.configDir, *target.node);
+    if (!confirmed) return;
+    OnUpdate();
+    document_.UpdatePages();
+}
+
+}  // namespace velto

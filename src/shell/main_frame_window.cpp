@@ -1,0 +1,268 @@
+#include "shell/main_frame_window.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QCloseEvent>
+#include <QImageReader>
+#include <QScreen>
+#include <QStatusBar>
+#include <utility>
+
+#include "platform/message_box.h"
+#include "plugins/exclusion_dialog.h"
+#include "shell/about_dialog.h"
+#include "shell/exit_dialog.h"
+#include "shell/new_config_dialog.h"
+#include "shell/new_group_dialog.h"
+#include "shell/paths_dialog.h"
+#include "shell/tray_icon_dialog.h"
+#include "widgets/owned.h"
+#include "widgets/text.h"
+
+namespace velto {
+namespace {
+
+constexpr const char* kTitle = "Velto V1.67.160. Beta 4";
+constexpr int kStatusMs = 8000;
+constexpr int kHandOverAgainMs = 100;
+
+std::size_t CountConfigurations(const TreeNode& node) {
+    std::size_t count = node.kind == NodeKind::Configuration ? 1 : 0;
+    for (const auto& child : node.children) count += CountConfigurations(*child);
+    return count;
+}
+
+// All the sizes that the file holds; the program's own icon if it holds none.
+QIcon TrayIcon(const std::string& file) {
+    QByteArray bytes(file.data(), static_cast<qsizetype>(file.size()));
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    QIcon icon;
+    do {
+        const auto image = reader.read();
+        if (!image.isNull()) icon.addPixmap(QPixmap::fromImage(image));
+    } while (reader.jumpToNextImage());
+    return icon.isNull() ? QIcon(":/icons/tray.svg") : icon;
+}
+
+}  // namespace
+
+CMainFrameWindow::CMainFrameWindow(std::string configDir, CPluginCatalogue& catalogue,
+                                   std::function<bool()> has_tray)
+    : actions_(*this, [this](Command command) { Run(command); }) {
+    setWindowTitle(kTitle);
+    setWindowIcon(QIcon(":/icons/velto.svg"));
+    // The bars are shown and hidden by their commands alone, which keep the settings in step.
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    hand_over_again_.setSingleShot(true);
+    connect(&hand_over_again_, &QTimer::timeout, this, [this] { ServeHandOver(); });
+    MakeBars();
+    tree_view_ = MakeOwned<CEpsxeTreeView>(this, [this](int page) { panes_->ShowPage(page); });
+    frame_ = std::make_unique<CMainFrame>(std::move(configDir), catalogue, *tree_view_, *this);
+    panes_ = MakeOwned<EditorPanes>(tree_view_, frame_->document(), Services(), this);
+    setCentralWidget(panes_);
+    tree_view_->SetTree(frame_->tree());
+    tree_view_->addAction(&actions_[Command::Delete]);
+    tree_view_->SetContextActions(
+        {&actions_[Command::NewConfiguration], &actions_[Command::NewGroup],
+         &actions_[Command::CopyConfiguration], &actions_[Command::Delete]});
+    MakeTray(std::move(has_tray));
+    frame_->OnCreate();
+}
+
+// The panes show what the frame owns, and go first.
+CMainFrameWindow::~CMainFrameWindow() {
+    hand_over_.reset();
+    const std::unique_ptr<QWidget> panes(takeCentralWidget());
+}
+
+void CMainFrameWindow::MakeBars() {
+    actions_.FillMenuBar(*menuBar());
+    tool_bar_ = addToolBar("Tool Bar");
+    actions_.FillToolBar(*tool_bar_);
+    statusBar();
+}
+
+PaneServices CMainFrameWindow::Services() {
+    return {
+        *frame_,
+        {[this] { frame_->OnRun(); }, [this] { frame_->document().OnApply(); },
+         [this] { frame_->document().OnReset(); }},
+        {[this] { Run(Command::ProgramLocations); }, [this] { Run(Command::NewConfiguration); }},
+        [this] { return CountConfigurations(frame_->tree().root()) > 0; },
+        [this] {
+            const auto* const node = frame_->tree().GetSelectedItem().node;
+            return node == nullptr ? 0 : CountConfigurations(*node);
+        }};
+}
+
+void CMainFrameWindow::MakeTray(std::function<bool()> has_tray) {
+    CommandActions::FillTrayMenu(
+        tray_menu_, [this](Command command) { Run(command); },
+        [this](Command toggle) { return frame_->IsOn(toggle); });
+    tray_ = std::make_unique<TrayWindow>(TrayIcon(frame_->TrayIconFile()), tray_menu_,
+                                         TrayWindow::Actions{[this] { ShowEditor(); },
+                                                             [this] {
+                                                                 if (!isVisible()) ShowEditor();
+                                                             }},
+                                         std::move(has_tray));
+}
+
+void CMainFrameWindow::Start(std::function<void()> closed) {
+    on_closed_ = std::move(closed);
+    RestorePlace();
+    tree_view_->setFocus();
+    if (frame_->IsOn(Command::ShowOnStart)) {
+        show();
+    } else if (!tray_->present()) {
+        HideEditor();
+    }
+    // Called on a thread of its own.
+    hand_over_ = std::make_unique<HandOver>(
+        [this] { QCoreApplication::postEvent(this, MakeOwned<QEvent>(QEvent::User)); });
+}
+
+void CMainFrameWindow::Run(Command command) {
+    // The tray's menu opens beside a dialog, too.
+    if (auto* const dialog = QApplication::activeModalWidget()) {
+        dialog->raise();
+        dialog->activateWindow();
+        return;
+    }
+    frame_->Do(command);
+}
+
+void CMainFrameWindow::RestorePlace() {
+    constexpr int kFirstColumns = 120;
+    constexpr int kFirstLines = 34;
+    resize(fontMetrics().averageCharWidth() * kFirstColumns,
+           fontMetrics().lineSpacing() * kFirstLines);
+    const auto place = frame_->StoredPlace();
+    if (place.size.cx != 0 && place.size.cy != 0) {
+        resize(static_cast<int>(place.size.cx), static_cast<int>(place.size.cy));
+    }
+    if (place.pos.x == 0 || place.pos.y == 0) return;
+    const QRect stored({place.pos.x, place.pos.y}, size());
+    for (const auto* const screen : QGuiApplication::screens()) {
+        if (screen->availableGeometry().intersects(stored)) return move(stored.topLeft());
+    }
+}
+
+void CMainFrameWindow::EnableApplyAndReset(bool enabled) {
+    panes_->EnableApplyAndReset(enabled);
+}
+
+void CMainFrameWindow::RefreshPages() {
+    panes_->RefreshPages();
+}
+
+void CMainFrameWindow::SetChecked(Command toggle, bool on) {
+    actions_[toggle].setChecked(on);
+    if (toggle == Command::ToolBar) tool_bar_->setVisible(on);
+    if (toggle == Command::StatusBar) statusBar()->setVisible(on);
+}
+
+void CMainFrameWindow::ShowStatus(const std::string& text) {
+    statusBar()->showMessage(FromBytes(text), kStatusMs);
+}
+
+void CMainFrameWindow::ShowEditor() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void CMainFrameWindow::HideEditor() {
+    if (tray_->present()) return hide();
+    Minimise();
+}
+
+void CMainFrameWindow::Minimise() {
+    showMinimized();
+    if (std::exchange(told_of_tray_, true)) return;
+    platform::Boxes().Show(
+        {"This desktop has no tray, so Velto stays among the windows, minimised "
+         "instead of hidden.",
+         "No tray", platform::BoxIcon::Information});
+}
+
+void CMainFrameWindow::CloseEditor() {
+    later_.Call([this] { close(); });
+}
+
+WindowPlace CMainFrameWindow::Place() const {
+    const auto inner =
+        isMaximized() || isMinimized() || isFullScreen() ? normalGeometry() : geometry();
+    const auto frame = geometry().topLeft() - frameGeometry().topLeft();
+    const auto corner = inner.topLeft() - frame;
+    return {{static_cast<std::uint32_t>(inner.width()), static_cast<std::uint32_t>(inner.height())},
+            {corner.x(), corner.y()}};
+}
+
+bool CMainFrameWindow::RunNewConfig(CNewConfig& new_config, const std::string& selected_group) {
+    return CNewConfigDialog(new_config, selected_group, DialogParent()).exec() == QDialog::Accepted;
+}
+
+bool CMainFrameWindow::RunNewGroup(CNewGroup& new_group, const std::string& selected_group) {
+    return CNewGroupDialog(new_group, selected_group, DialogParent()).exec() == QDialog::Accepted;
+}
+
+bool CMainFrameWindow::RunExitDialog(bool& dontAskAgain) {
+    CExitDialog dialog(DialogParent());
+    const bool ok = dialog.exec() == QDialog::Accepted;
+    dontAskAgain = dialog.dontAskAgain;
+    return ok;
+}
+
+void CMainFrameWindow::RunDialog(Command dialog) {
+    if (dialog == Command::ProgramLocations) {
+        CPathsDlg(DialogParent()).exec();
+        panes_->RefreshPages();
+    } else if (dialog == Command::ExclusionList) {
+        CExclusionDlg(DialogParent()).exec();
+    } else if (dialog == Command::TrayIcon) {
+        CTrayIconDlg(DialogParent()).exec();
+    } else {
+        CAboutDlg(DialogParent()).exec();
+    }
+}
+
+QWidget* CMainFrameWindow::DialogParent() {
+    return isVisible() && !isMinimized() ? this : nullptr;
+}
+
+void CMainFrameWindow::closeEvent(QCloseEvent* event) {
+    if (!closed_ && !frame_->OnClose()) return event->ignore();
+    closed_ = true;
+    event->accept();
+    if (on_closed_) on_closed_();
+}
+
+void CMainFrameWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange || !isMinimized() || !tray_->present()) return;
+    // The window system is still at work on the change.
+    later_.Call([this] {
+        hide();
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+    });
+}
+
+void CMainFrameWindow::customEvent(QEvent*) {
+    ServeHandOver();
+}
+
+void CMainFrameWindow::ServeHandOver() {
+    if (QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget()) {
+        hand_over_again_.start(kHandOverAgainMs);
+        return;
+    }
+    const auto name = hand_over_->Take();
+    if (!name) return;
+    frame_->OnHandOver(*name);
+    hand_over_->Done();
+}
+
+}  // namespace velto

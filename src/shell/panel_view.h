@@ -1,0 +1,36 @@
+// The button bar below the pages: "Launch Epsxe", "Apply Settings" and "Reset Settings".
+//
+// The buttons call what the panel was given; an empty function is no command. The last two begin
+// disabled: they have nothing to do until the record differs from its file.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <string>
+
+class QLabel;
+class QPushButton;
+
+namespace velto {
+
+struct PanelCommands {
+    std::function<void()> run;
+    std::function<void()> apply;
+    std::function<void()> reset;
+};
+
+class CPanelView : public QWidget {
+  public:
+    explicit CPanelView(const PanelCommands& commands, QWidget* parent = nullptr);
+
+    void EnableApplyAndReset(bool enabled);
+    // A line that says what is running; an empty name removes it.
+    void ShowRunning(const std::string& configuration);
+
+  private:
+    QPushButton* apply_;
+    QPushButton* reset_;
+    QLabel* running_;
+};
+
+}  // namespace velto

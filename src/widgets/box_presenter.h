@@ -1,0 +1,36 @@
+// Shows message boxes with Qt, on the user interface thread, whichever thread asks.
+//
+// Made on that thread, behind the QApplication; Close() or the destructor comes before the
+// application's end. From then on a box that another thread asks for, or that waits to be shown,
+// goes to standard error, as does every box while there is no application: no thread waits for
+// windows that are gone.
+#pragma once
+
+#include <memory>
+
+#include "platform/message_box.h"
+
+namespace velto {
+
+class BoxPresenter : public platform::MessageBoxes {
+  public:
+    BoxPresenter();
+    ~BoxPresenter() override;
+    BoxPresenter(const BoxPresenter&) = delete;
+    BoxPresenter& operator=(const BoxPresenter&) = delete;
+
+    // The box belongs to the dialog, or else the window, that the user has in front; it blocks
+    // that, and the asking thread.
+    platform::BoxAnswer Show(const platform::MessageBox& box) override;
+
+    // The windows close.
+    void Close();
+
+  private:
+    struct Waiting;
+
+    std::unique_ptr<Waiting> waiting_;
+    std::unique_ptr<platform::MessageBoxes> standard_error_;
+};
+
+}  // namespace velto

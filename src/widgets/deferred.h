@@ -1,0 +1,37 @@
+// Calls that wait until the present event has been handled. They come in their order, each from
+// the event loop, and not any more when this has gone.
+#pragma once
+
+#include <QTimer>
+#include <deque>
+#include <functional>
+#include <utility>
+
+namespace velto {
+
+class Deferred {
+  public:
+    Deferred() {
+        timer_.setSingleShot(true);
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { CallNext(); });
+    }
+
+    void Call(std::function<void()> action) {
+        actions_.push_back(std::move(action));
+        timer_.start(0);
+    }
+
+  private:
+    // One at a time: it may run an event loop, or end the window that this belongs to.
+    void CallNext() {
+        const auto action = std::move(actions_.front());
+        actions_.pop_front();
+        if (!actions_.empty()) timer_.start(0);
+        action();
+    }
+
+    std::deque<std::function<void()>> actions_;
+    QTimer timer_;
+};
+
+}  // namespace velto

@@ -1,0 +1,67 @@
+// Labelled rows, the frame of a dialog and of a page, as all windows have them.
+//
+// Every field gets a label as its buddy, which is its name for a screen reader; a "&" in a label
+// makes its mnemonic. All widgets made here belong to the window that they are put into.
+#pragma once
+
+#include <QDialog>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include "widgets/bytes_edit.h"
+
+namespace velto {
+
+// Plain text, never markup. `wrapped` breaks it into as many lines as its width needs.
+QLabel* MakeLabel(const QString& text, bool wrapped = false);
+
+void AddRow(QFormLayout& form, const QString& label, QWidget& field);
+
+struct PathRow {
+    BytesEdit* field = nullptr;
+    QPushButton* browse = nullptr;
+};
+// A field for a path with a button behind it: "Browse...", with or without a "&".
+PathRow AddPathRow(QFormLayout& form, const QString& label, const QString& browse);
+
+// A group box with a form inside.
+QFormLayout* AddGroup(QVBoxLayout& layout, const QString& title);
+
+// A push button that Enter presses only if it is the default one or has the focus.
+QPushButton* MakeButton(const QString& text);
+
+// A dialog with a column of contents. It is as large as these need, and may be enlarged.
+class FormDialog : public QDialog {
+  public:
+    FormDialog(const QString& caption, QWidget* parent);
+
+  protected:
+    QVBoxLayout& contents() { return *contents_; }
+    // The last row: OK, which Enter presses and which calls accept(); and Cancel if asked for.
+    void AddOkButton(bool with_cancel = true);
+
+  private:
+    QVBoxLayout* contents_;
+};
+
+// A page of the editor: a heading and contents below it. The contents never get less than they
+// need; a page that is too small for them scrolls, by the keyboard too.
+class FormPage : public QScrollArea {
+  public:
+    explicit FormPage(const QString& heading, QWidget* parent = nullptr);
+
+    QVBoxLayout& contents() { return *contents_; }
+    void SetHeading(const QString& heading);
+
+    // Short contents have all their height; long ones are for scrolling.
+    QSize minimumSizeHint() const override;
+
+  private:
+    QLabel* heading_;
+    QVBoxLayout* contents_;
+};
+
+}  // namespace velto

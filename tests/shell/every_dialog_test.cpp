@@ -1,0 +1,125 @@
+// What holds for every dialog, at every size of its letters.
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <functional>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "plugins/exclusion_dialog.h"
+#include "shell/about_dialog.h"
+#include "shell/exit_dialog.h"
+#include "shell/new_config_dialog.h"
+#include "shell/new_group_dialog.h"
+#include "shell/paths_dialog.h"
+#include "shell/startup_window.h"
+#include "shell/tray_icon_dialog.h"
+#include "support/home_test.h"
+#include "support/windows.h"
+
+namespace velto::test {
+namespace {
+
+class EveryDialogTest : public HomeTest {
+  protected:
+    ~EveryDialogTest() override { QApplication::setFont(font); }
+
+    const QFont font = QApplication::font();
+    CNewConfig new_config{environment.ConfigFolder()};
+    CNewGroup new_group;
+    const std::function<std::unique_ptr<QDialog>()> dialogs[8] = {
+        [] { return std::make_unique<CPathsDlg>(); },
+        [] { return std::make_unique<CTrayIconDlg>(); },
+        [] { return std::make_unique<CExitDialog>(); },
+        [] { return std::make_unique<CAboutDlg>(); },
+        [] { return std::make_unique<CExclusionDlg>(); },
+        [] { return std::make_unique<CAppStartupWindow>(); },
+        [this] { return std::make_unique<CNewConfigDialog>(new_config, "My Epsxe"); },
+        [this] { return std::make_unique<CNewGroupDialog>(new_group, "My Epsxe"); },
+    };
+};
+
+bool HasBuddy(const QWidget& window, const QWidget& control) {
+    const auto labels = window.findChildren<QLabel*>();
+    return std::any_of(labels.begin(), labels.end(),
+                       [&](const auto* label) { return label->buddy() == &control; });
+}
+
+void ExpectNamed(const QWidget& window, const QWidget& control) {
+    if (const auto* const button = dynamic_cast<const QAbstractButton*>(&control)) {
+        EXPECT_FALSE(button->text().isEmpty());
+    } else if (dynamic_cast<const QAbstractScrollArea*>(&control) != nullptr) {
+        EXPECT_FALSE(control.accessibleName().isEmpty()) << "a label doesn't name these";
+    } else {
+        EXPECT_TRUE(HasBuddy(window, control)) << control.metaObject()->className();
+    }
+}
+
+// The stops of the Tab key come as one reads: by lines, each from its left.
+void ExpectReadingOrder(const QWidget& window, const std::vector<QWidget*>& stops) {
+    for (std::size_t i = 1; i < stops.size(); ++i) {
+        const QRect before(stops[i - 1]->mapTo(&window, QPoint()), stops[i - 1]->size());
+        const QRect after(stops[i]->mapTo(&window, QPoint()), stops[i]->size());
+        const bool same_line = before.top() <= after.bottom() && after.top() <= before.bottom();
+        EXPECT_TRUE(same_line ? before.left() < after.left() : before.top() < after.top());
+    }
+}
+
+void ExpectNothingCut(const QWidget& window) {
+    for (const auto* const part : window.findChildren<QWidget*>()) {
+        const auto* const label = dynamic_cast<const QLabel*>(part);
+        const bool text = label != nullptr || dynamic_cast<const QAbstractButton*>(part) != nullptr;
+        if (!part->isVisible() || part->minimumSizeHint().isEmpty()) continue;
+        auto needed = text ? part->sizeHint() : part->minimumSizeHint();
+        if (label != nullptr && label->wordWrap()) {
+            needed = {part->minimumSizeHint().width(), part->heightForWidth(part->width())};
+        }
+        EXPECT_EQ(part->size().expandedTo(needed), part->size()) << part->metaObject()->className();
+        EXPECT_TRUE(part->parentWidget()->rect().contains(part->geometry()) ||
+                    dynamic_cast<const QAbstractScrollArea*>(part->parentWidget()) != nullptr);
+    }
+}
+
+void ExpectWellMade(const QDialog& dialog) {
+    std::vector<QWidget*> stops;
+    for (auto* next = dialog.nextInFocusChain(); next != &dialog; next = next->nextInFocusChain()) {
+        if ((next->focusPolicy() & Qt::TabFocus) == 0 || !next->isVisible()) continue;
+        if (next->window() != &dialog) continue;
+        stops.push_back(next);
+        ExpectNamed(dialog, *next);
+    }
+    EXPECT_FALSE(stops.empty());
+    ExpectReadingOrder(dialog, stops);
+    ExpectNothingCut(dialog);
+
+    QList<QKeySequence> mnemonics;
+    for (const auto* const part : dialog.findChildren<QWidget*>()) {
+        for (const auto* const property : {"text", "title"}) {
+            const auto text = part->property(property).toString();
+            if (dynamic_cast<const QLineEdit*>(part) != nullptr || !text.contains('&')) continue;
+            const auto mnemonic = QKeySequence::mnemonic(text);
+            EXPECT_FALSE(mnemonics.contains(mnemonic)) << text.toStdString();
+            mnemonics += mnemonic;
+        }
+    }
+}
+
+TEST_F(EveryDialogTest, IsNamedInOrderAndWhole) {
+    CVeltoSettings().SetExclusionList({std::string(255, 'm') + ".dll"});
+    CVeltoSettings().AddGroup(std::string(255, 'm'), "My Epsxe");
+    for (const int points : {8, 11, 17, 24}) {
+        auto sized = font;
+        sized.setPointSize(points);
+        QApplication::setFont(sized);
+        for (const auto& make : dialogs) {
+            const auto dialog = make();
+            SCOPED_TRACE(dialog->windowTitle().toStdString() + " at " + std::to_string(points));
+            dialog->show();
+            ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog.get()));
+            ExpectWellMade(*dialog);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velto::test
