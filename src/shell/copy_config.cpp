@@ -41,8 +41,9 @@ bool OnCopyConfig(CVeltoDoc& document, CEpsxeTree& tree) {
         platform::Boxes().Show({"Filenme too large", "name too large"});
         return false;
     }
-    const auto copied =
-        Copy(PathIn(document.configDir, file), PathIn(document.configDir, "A copy of " + file));
+    const auto source = FileOf(document.configDir, *tree.GetSelectedItem().node);
+    const auto copied = Copy(platform::JoinPath(document.configDir, source),
+                             PathIn(document.configDir, "A copy of " + file));
     if (copied.ok()) return true;
     platform::Boxes().Show({"Unable to copy " + file + ": " + copied.error().text, "Error"});
     return false;

@@ -62,9 +62,13 @@ void CEpsxeTree::AddConfiguration(const std::string& name, const std::string& gr
 
 void CEpsxeTree::AddGroup(const std::string& name, const std::string& parent) {
     auto& settings = document_.settings;
-    // In lists of different lengths a new entry wouldn't meet its parent.
+    // In lists of different lengths a new entry wouldn't meet its parent. An empty one may be one
+    // that couldn't be read.
     const auto before = GroupLists::Read(settings);
-    if (before.groups.size() != before.parents.size()) GroupLists::Of(*root_).Store(settings);
+    const bool readable = !before.groups.empty() && !before.parents.empty();
+    if (readable && before.groups.size() != before.parents.size()) {
+        GroupLists::Of(*root_).Store(settings);
+    }
     settings.AddGroup(name, parent);
     if (!GroupLists::Read(settings).Holds(name)) return;
 

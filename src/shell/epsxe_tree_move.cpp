@@ -16,7 +16,8 @@ bool IsWithin(const TreeNode& node, const TreeNode& group) {
 }  // namespace
 
 bool CEpsxeTree::CanDrag(const TreeItem& item) {
-    return item.node != nullptr && item.page < 0 && item.node->parent != nullptr;
+    // A file of the root's name can't be loaded.
+    return item.node != nullptr && item.page < 0 && item.node->text != kRootGroup;
 }
 
 bool CEpsxeTree::IsDropTarget(const TreeNode& dragged, const TreeItem& item) {
@@ -38,7 +39,7 @@ bool CEpsxeTree::Drop(TreeNode& dragged, const TreeItem& target) {
 }
 
 bool CEpsxeTree::MoveConfiguration(TreeNode& node, TreeNode& target) {
-    if (!Select({&node})) return false;
+    if (!Select({&node}) || !document_.IsInHand(node.text)) return false;
     const auto before = std::exchange(document_.fileGroup, target.text);
     if (!document_.OnApply()) {
         document_.fileGroup = before;
@@ -60,6 +61,7 @@ void CEpsxeTree::Move(TreeNode& node, TreeNode& target) {
     Insert(target, Take(node));
     window_.Expand(target);
     window_.Selected(selected_);
+    document_.UpdatePages();  // which count
 }
 
 }  // namespace velto

@@ -93,6 +93,19 @@ void CEpsxeTreeView::EditLabel() {
     if (CEpsxeTree::CanRename(model_->ItemAt(currentIndex()))) edit(currentIndex());
 }
 
+bool CEpsxeTreeView::FinishEditing() {
+    if (state() != EditingState) return false;
+    setFocus();
+    return true;
+}
+
+void CEpsxeTreeView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    // Tab ends the editing, and edits no other label.
+    const bool steps = hint == QAbstractItemDelegate::EditNextItem ||
+                       hint == QAbstractItemDelegate::EditPreviousItem;
+    RowDragView::closeEditor(editor, steps ? QAbstractItemDelegate::NoHint : hint);
+}
+
 void CEpsxeTreeView::MoveToGroup() {
     const QPersistentModelIndex moved = currentIndex();
     const auto item = model_->ItemAt(moved);
@@ -224,7 +237,7 @@ void CEpsxeTreeView::Rename(const QModelIndex& index, const std::string& text) {
         if (renamed.isValid()) tree_->Rename(model_->ItemAt(renamed), text);
         // The click that ended the editing may have come up in front of a box.
         pressed_ = false;
-        Tell();
+        TellLater();
     });
 }
 

@@ -37,6 +37,10 @@ class CEpsxeTreeView : public RowDragView, public TreeWindow {
     void EditLabel();
     void MoveToGroup();
 
+    // Takes what the user has typed in a label so far, as a click elsewhere does. False if no label
+    // is being edited; else its rename comes from the event loop.
+    bool FinishEditing();
+
     void BeginRebuild() override;
     void EndRebuild() override;
     void BeginInsert(const TreeNode& parent, std::size_t row) override;
@@ -55,6 +59,7 @@ class CEpsxeTreeView : public RowDragView, public TreeWindow {
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                          const QEvent* event) const override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -54,17 +54,18 @@ bool GroupLists::Store(CVeltoSettings& settings) const {
     return settings.GetGroups() == groups && settings.GetParents() == parents;
 }
 
-// Those with this parent; without any, those whose parent can't tell.
+// Those with this parent; without any, those whose parent isn't known.
 std::vector<std::size_t> GroupLists::EntriesOf(const std::string& name,
                                                const std::string& parent) const {
-    std::vector<std::size_t> named;
+    std::vector<std::size_t> strays;
     std::vector<std::size_t> below;
     for (std::size_t i = 0; i < groups.size(); ++i) {
         if (groups[i] != name) continue;
-        named.push_back(i);
-        if (i < parents.size() && parents[i] == parent) below.push_back(i);
+        const auto above = i < parents.size() ? parents[i] : std::string();
+        if (above == parent) below.push_back(i);
+        if (above != kRootGroup && !Holds(above)) strays.push_back(i);
     }
-    return below.empty() ? named : below;
+    return below.empty() ? strays : below;
 }
 
 }  // namespace velto

@@ -177,8 +177,8 @@ void CMainFrame::OnHandOver(const std::string& name) {
     // The file may be younger than the tree.
     if (tree_.Find(name, NodeKind::Configuration) == nullptr) tree_.OnUpdate();
     tree_.SelectByName(name, NodeKind::Configuration);
-    const bool in_hand = SelectedKind() != NodeKind::Group && GetSelectedConfigName() == name;
-    if (in_hand) OnRun();
+    const bool selected = SelectedKind() != NodeKind::Group && GetSelectedConfigName() == name;
+    if (selected && document_.IsInHand(name)) OnRun();
 }
 
 bool CMainFrame::CheckHandedOver(const std::string& name) const {

@@ -6,6 +6,8 @@
 #include <QImageReader>
 #include <QScreen>
 #include <QStatusBar>
+#include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include "platform/message_box.h"
@@ -102,7 +104,7 @@ void CMainFrameWindow::MakeTray(std::function<bool()> has_tray) {
         tray_menu_, [this](Command command) { Run(command); },
         [this](Command toggle) { return frame_->IsOn(toggle); });
     tray_ = std::make_unique<TrayWindow>(TrayIcon(frame_->TrayIconFile()), tray_menu_,
-                                         TrayWindow::Actions{[this] { ShowEditor(); },
+                                         TrayWindow::Actions{[this] { Run(Command::ShowEditor); },
                                                              [this] {
                                                                  if (!isVisible()) ShowEditor();
                                                              }},
@@ -111,6 +113,9 @@ void CMainFrameWindow::MakeTray(std::function<bool()> has_tray) {
 
 void CMainFrameWindow::Start(std::function<void()> closed) {
     on_closed_ = std::move(closed);
+    // Called on a thread of its own.
+    hand_over_ = std::make_unique<HandOver>(
+        [this] { QCoreApplication::postEvent(this, MakeOwned<QEvent>(QEvent::User)); });
     RestorePlace();
     tree_view_->setFocus();
     if (frame_->IsOn(Command::ShowOnStart)) {
@@ -118,34 +123,46 @@ void CMainFrameWindow::Start(std::function<void()> closed) {
     } else if (!tray_->present()) {
         HideEditor();
     }
-    // Called on a thread of its own.
-    hand_over_ = std::make_unique<HandOver>(
-        [this] { QCoreApplication::postEvent(this, MakeOwned<QEvent>(QEvent::User)); });
 }
 
 void CMainFrameWindow::Run(Command command) {
     // The tray's menu opens beside a dialog, too.
-    if (auto* const dialog = QApplication::activeModalWidget()) {
-        dialog->raise();
-        dialog->activateWindow();
-        return;
+    if (RaiseDialog()) return;
+    if (tree_view_->FinishEditing()) {
+        later_.Call([this, command] { Run(command); });
+    } else {
+        frame_->Do(command);
     }
-    frame_->Do(command);
 }
 
+bool CMainFrameWindow::RaiseDialog() {
+    auto* const dialog = QApplication::activeModalWidget();
+    if (dialog == nullptr) return false;
+    dialog->raise();
+    dialog->activateWindow();
+    return true;
+}
+
+// A size that no screen has, or a place that is on none, was stored with other screens.
 void CMainFrameWindow::RestorePlace() {
     constexpr int kFirstColumns = 120;
     constexpr int kFirstLines = 34;
     resize(fontMetrics().averageCharWidth() * kFirstColumns,
            fontMetrics().lineSpacing() * kFirstLines);
     const auto place = frame_->StoredPlace();
+    const auto largest = screen()->virtualSize();
     if (place.size.cx != 0 && place.size.cy != 0) {
-        resize(static_cast<int>(place.size.cx), static_cast<int>(place.size.cy));
+        const auto width = std::min<std::int64_t>(place.size.cx, largest.width());
+        const auto height = std::min<std::int64_t>(place.size.cy, largest.height());
+        resize(static_cast<int>(width), static_cast<int>(height));
     }
     if (place.pos.x == 0 || place.pos.y == 0) return;
-    const QRect stored({place.pos.x, place.pos.y}, size());
-    for (const auto* const screen : QGuiApplication::screens()) {
-        if (screen->availableGeometry().intersects(stored)) return move(stored.topLeft());
+    const auto right = std::int64_t{place.pos.x} + width();
+    for (const auto* const one : QGuiApplication::screens()) {
+        const auto area = one->availableGeometry();
+        const bool title_shows = place.pos.y >= area.top() && place.pos.y < area.bottom() &&
+                                 place.pos.x < area.right() && right > area.left();
+        if (title_shows) return move(place.pos.x, place.pos.y);
     }
 }
 
@@ -172,20 +189,18 @@ void CMainFrameWindow::ShowEditor() {
     show();
     raise();
     activateWindow();
+    RaiseDialog();
 }
 
 void CMainFrameWindow::HideEditor() {
     if (tray_->present()) return hide();
-    Minimise();
-}
-
-void CMainFrameWindow::Minimise() {
+    if (!std::exchange(told_of_tray_, true)) {
+        platform::Boxes().Show(
+            {"This desktop has no tray, so Velto stays among the windows, "
+             "minimised instead of hidden.",
+             "No tray", platform::BoxIcon::Information});
+    }
     showMinimized();
-    if (std::exchange(told_of_tray_, true)) return;
-    platform::Boxes().Show(
-        {"This desktop has no tray, so Velto stays among the windows, minimised "
-         "instead of hidden.",
-         "No tray", platform::BoxIcon::Information});
 }
 
 void CMainFrameWindow::CloseEditor() {
@@ -234,6 +249,10 @@ QWidget* CMainFrameWindow::DialogParent() {
 }
 
 void CMainFrameWindow::closeEvent(QCloseEvent* event) {
+    if (tree_view_->FinishEditing()) {
+        later_.Call([this] { close(); });
+        return event->ignore();
+    }
     if (!closed_ && !frame_->OnClose()) return event->ignore();
     closed_ = true;
     event->accept();

@@ -63,7 +63,8 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
     void MakeTray(std::function<bool()> has_tray);
     void Run(Command command);
     void RestorePlace();
-    void Minimise();
+    // False if none is open.
+    static bool RaiseDialog();
     void ServeHandOver();
     // Over the editor, or, while that is hidden, in its own right.
     QWidget* DialogParent();

@@ -83,8 +83,9 @@ bool CVeltoDoc::AcceptLoss() {
 }
 
 std::string CVeltoDoc::NameInHand() const {
-    return editor_.SelectedKind() == NodeKind::Group ? loaded_name_
-                                                     : editor_.GetSelectedConfigName();
+    if (editor_.SelectedKind() == NodeKind::Group) return loaded_name_;
+    auto selected = editor_.GetSelectedConfigName();
+    return selected == kRootGroup ? loaded_name_ : selected;
 }
 
 bool CVeltoDoc::ConfirmLoss() {

@@ -62,8 +62,10 @@ class CVeltoDoc : public ConfigRecord {
     void UpdatePages() { editor_.RefreshPages(); }
 
     // The name that a save or a reset means: that of the selected configuration, or, if the
-    // selection is a group by now, of the last one that was loaded.
+    // selection is a group by now or has a name that is never loaded, of the last one that was.
     std::string NameInHand() const;
+    // Whether the record is this configuration's.
+    bool IsInHand(const std::string& name) const { return loaded_name_ == name; }
     // The configuration in hand has been renamed.
     void FollowRename(const std::string& name) { loaded_name_ = name; }
 

@@ -358,5 +358,16 @@ TEST_F(EpsxeTreeTest, MovesWhatMayBeMoved) {
     EXPECT_EQ(TakeBox(), "");
 }
 
+TEST_F(EpsxeTreeTest, AFileOfTheRootsNameIsNeverWrittenWithAnotherRecord) {
+    Write("My Epsxe", "My Epsxe");
+    tree.OnUpdate();
+    tree.Select(Item("one"));
+    const auto item = TreeItem{tree.Find("My Epsxe", NodeKind::Configuration)};
+    tree.Select(item);
+    EXPECT_EQ(document.NameInHand(), "one");
+    EXPECT_FALSE(tree.Drop(*item.node, Item("c")));
+    EXPECT_EQ(ReadFile(PathOf("My Epsxe")), TextIn("My Epsxe"));
+}
+
 }  // namespace
 }  // namespace velto::test

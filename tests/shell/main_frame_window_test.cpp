@@ -148,6 +148,17 @@ TEST_F(MainFrameWindowTest, KeysCreateConfigurationsAndGroups) {
     EXPECT_FALSE(files->Info(InConfig("Fresh.dta")).ok());
 }
 
+TEST_F(MainFrameWindowTest, ALabelBeingEditedIsDoneWithBeforeACommandAsks) {
+    Open();
+    Press(Tree(), Qt::Key_Down);
+    Press(Tree(), Qt::Key_F2);
+    Entry("Delete Config/Group").trigger();
+    QTest::qWait(kSettleMs);
+    ASSERT_EQ(boxes.shown.size(), 2U);
+    EXPECT_EQ(boxes.shown[0].caption, "Name Exists");
+    EXPECT_EQ(boxes.shown[1].caption, "Confirm Delete");
+}
+
 TEST_F(MainFrameWindowTest, BarsFollowTheirTogglesAndTheNextStart) {
     Open();
     auto* const tool_bar = window->findChild<QToolBar*>();
@@ -199,6 +210,11 @@ TEST_F(MainFrameWindowTest, ComesBackOnAScreenWhateverIsStored) {
         EXPECT_EQ(window->size(), QSize(650, 450));
     }
     EXPECT_EQ(window->pos(), QPoint(60, 40));
+    CVeltoSettings().SetWindowSize(5'000'000, 0xFFFFFFFF);
+    CVeltoSettings().SetWindowPos(0x7FFFFFFF, 1);
+    Open();
+    EXPECT_TRUE(window->screen()->virtualGeometry().contains(window->geometry().topLeft()));
+    EXPECT_LE(window->width(), window->screen()->virtualSize().width());
 }
 
 TEST_F(MainFrameWindowTest, ANameHandedOverWaitsForAnOpenDialog) {
