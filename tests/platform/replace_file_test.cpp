@@ -1,8 +1,6 @@
 #include "platform/replace_file.h"
 
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <filesystem>
 
@@ -10,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "support/failing_files.h"
+#include "support/forked_child.h"
 #include "support/temporary_folder.h"
 
 namespace velto::test {
@@ -19,6 +18,10 @@ using platform::ErrorKind;
 using platform::ReplaceFile;
 using testing::AnyOf;
 using testing::ElementsAre;
+
+std::string Temporary(pid_t owner, int number) {
+    return "velto-" + std::to_string(owner) + "-" + std::to_string(number) + ".new";
+}
 
 class ReplaceFileTest : public ::testing::Test {
   protected:
@@ -30,50 +33,41 @@ class ReplaceFileTest : public ::testing::Test {
 };
 
 TEST_F(ReplaceFileTest, AFailureOfAnyStepLeavesTheOldFileOrTheNewOneAndNothingElse) {
-    WriteFile(target, "old");
-    FailingFiles counting(*files, 0, FailingFiles::At::Fail);
-    ASSERT_TRUE(ReplaceFile(counting, target, "new content").ok());
-    ASSERT_GE(counting.steps(), 5) << "create, write, flush, rename, flush the folder";
-
-    for (int step = 1; step <= counting.steps(); ++step) {
+    constexpr int kSteps = 5;  // create, write, flush, rename, flush the folder
+    for (int step = 1; step <= kSteps; ++step) {
+        SCOPED_TRACE(step);
         WriteFile(target, "old");
         FailingFiles failing(*files, step, FailingFiles::At::Fail);
         const auto replaced = ReplaceFile(failing, target, "new content");
-        ASSERT_FALSE(replaced.ok()) << "step " << step;
+        ASSERT_FALSE(replaced.ok());
         EXPECT_EQ(replaced.error().kind, ErrorKind::Full);
-        const bool renamed = step == counting.steps();
-        EXPECT_EQ(ReadFile(target), renamed ? "new content" : "old") << "step " << step;
-        EXPECT_THAT(Names(), ElementsAre("Game.dta")) << "step " << step;
+        EXPECT_EQ(ReadFile(target), step == kSteps ? "new content" : "old");
+        EXPECT_THAT(Names(), ElementsAre("Game.dta"));
     }
 }
 
 TEST_F(ReplaceFileTest, AProcessKilledAtAnyStepLeavesAWholeFileAndASweepRemovesTheRest) {
     for (int step = 1; step <= 5; ++step) {
+        SCOPED_TRACE(step);
         WriteFile(target, "old");
-        const pid_t child = fork();
-        if (child == 0) {
+        ForkedChild child([&](const auto&) {
             FailingFiles killing(*files, step, FailingFiles::At::Kill);
             std::ignore = ReplaceFile(killing, target, "new content");
-            _exit(1);
-        }
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "never reached step " << step;
-        EXPECT_THAT(ReadFile(target), AnyOf("old", "new content")) << "step " << step;
+            return 1;
+        });
+        ASSERT_EQ(child.Wait(), 0) << "it never reached the step";
+        EXPECT_THAT(ReadFile(target), AnyOf("old", "new content"));
         platform::SweepTemporaries(*files, folder.path());
-        EXPECT_THAT(Names(), ElementsAre("Game.dta")) << "step " << step;
+        EXPECT_THAT(Names(), ElementsAre("Game.dta"));
     }
 }
 
 TEST_F(ReplaceFileTest, FollowsALinkAndKeepsThePermissionBits) {
-    std::filesystem::create_directory(folder / "elsewhere");
     const auto real = folder / "elsewhere/Game.dta";
     WriteFile(real, "old");
     ASSERT_EQ(chmod(real.c_str(), 0604), 0);
     std::filesystem::create_symlink(real, target);
-
     ASSERT_TRUE(ReplaceFile(*files, target, "new").ok());
-
     EXPECT_TRUE(std::filesystem::is_symlink(target));
     EXPECT_EQ(ReadFile(real), "new");
     EXPECT_EQ(files->Info(real).value().mode, 0604U);
@@ -82,24 +76,26 @@ TEST_F(ReplaceFileTest, FollowsALinkAndKeepsThePermissionBits) {
 TEST_F(ReplaceFileTest, RefusesWhatMustNotBeReplaced) {
     WriteFile(target, "old");
     ASSERT_EQ(chmod(target.c_str(), 0444), 0);
-    EXPECT_EQ(ReplaceFile(*files, target, "new").error().kind, ErrorKind::Denied);
-    EXPECT_EQ(ReadFile(target), "old");
-
     std::filesystem::create_symlink(folder / "unmounted/Game.dta", folder / "link.dta");
-    EXPECT_EQ(ReplaceFile(*files, folder / "link.dta", "new").error().kind, ErrorKind::Unsuitable);
-    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.dta"));
-
     ASSERT_EQ(mkfifo((folder / "pipe.dta").c_str(), 0600), 0);
-    EXPECT_EQ(ReplaceFile(*files, folder / "pipe.dta", "new").error().kind, ErrorKind::Unsuitable);
-    EXPECT_EQ(ReplaceFile(*files, folder.path(), "new").error().kind, ErrorKind::Unsuitable);
-    EXPECT_EQ(ReplaceFile(*files, folder / "no/Game.dta", "new").error().kind, ErrorKind::NotFound);
+    const std::pair<std::string, ErrorKind> cases[] = {
+        {target, ErrorKind::Denied},
+        {folder / "link.dta", ErrorKind::Unsuitable},
+        {folder / "pipe.dta", ErrorKind::Unsuitable},
+        {folder.path(), ErrorKind::Unsuitable},
+        {folder / "no/Game.dta", ErrorKind::NotFound},
+    };
+    const auto before = Names();
+    for (const auto& [path, kind] : cases) {
+        EXPECT_EQ(ReplaceFile(*files, path, "new").error().kind, kind) << path;
+    }
+    EXPECT_EQ(ReadFile(target), "old");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.dta"));
+    EXPECT_EQ(Names(), before);
 }
 
 TEST_F(ReplaceFileTest, WorksBesideTheLeftoversOfAProcessOfTheSameNumber) {
-    for (int n = 0; n < 50; ++n) {
-        WriteFile(folder / ("velto-" + std::to_string(getpid()) + "-" + std::to_string(n) + ".new"),
-                  "");
-    }
+    for (int n = 0; n < 50; ++n) WriteFile(folder / Temporary(getpid(), n), "");
     EXPECT_TRUE(ReplaceFile(*files, target, "new").ok());
     EXPECT_EQ(ReadFile(target), "new");
 }
@@ -113,12 +109,12 @@ TEST_F(ReplaceFileTest, ANewFileHasThePermissionsOfTheUsersUmask) {
 }
 
 TEST_F(ReplaceFileTest, ASweepLeavesTheTemporariesOfLivingProcessesAndTheUsersFiles) {
-    const auto living = "velto-" + std::to_string(getpid()) + "-0.new";
-    const std::vector<std::string> kept = {living,          "velto-x-0.new",
-                                           "velto-12-.new", "velto-.new",
-                                           "velto-0-0.new", "velto-999999999-0.new.dta"};
+    constexpr pid_t kGone = 999'999'999;
+    const std::vector<std::string> kept = {Temporary(getpid(), 0), "velto-x-0.new",
+                                           "velto-12-.new",        "velto-.new",
+                                           Temporary(0, 0),        Temporary(kGone, 0) + ".dta"};
     for (const auto& name : kept) WriteFile(folder / name, "");
-    WriteFile(folder / "velto-999999999-0.new", "");
+    WriteFile(folder / Temporary(kGone, 0), "");
     platform::SweepTemporaries(*files, folder.path());
     EXPECT_THAT(Names(), testing::UnorderedElementsAreArray(kept));
 }
