@@ -43,7 +43,9 @@ int Open(int argc, char** argv) {
 
     const QApplication application(argc, argv);
     velto::CPluginCatalogue catalogue;
-    velto::CMainFrameWindow window(environment.ConfigFolder(), catalogue, [] { return true; });
+    velto::LaunchCycle launch({});
+    velto::CMainFrameWindow window(environment.ConfigFolder(), catalogue, launch,
+                                   [] { return true; });
     window.show();
     QCoreApplication::processEvents();
     if (write(STDOUT_FILENO, "1", 1) != 1) return 1;

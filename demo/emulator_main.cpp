@@ -1,6 +1,11 @@
-// A stand-in for the emulator: it reports what reaches it, stays for a moment, and ends.
+// A stand-in for the emulator: it reports what reaches it, stays for a moment, and ends. Its
+// arguments make it do more:
 //
-// With `-stay <milliseconds>` among its arguments it stays that long.
+//   -change               every value of the emulator and its plug-ins is overwritten
+//   -create <name>        a value of this name is added to a key of the plug-ins
+//   -stay <milliseconds>  it stays that long
+//   -crash                it crashes instead of ending
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -81,12 +86,56 @@ void ReportValues(platform::RegistryStore& registry) {
     if (!shown.ok()) std::cout << "    (nothing)\n";
 }
 
-std::chrono::milliseconds StayOf(const std::vector<std::string>& arguments) {
-    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
-        if (arguments[i] != "-stay") continue;
-        return std::chrono::milliseconds(std::strtol(arguments[i + 1].c_str(), nullptr, 10));
+// What stands behind the option; empty if it isn't there.
+std::string Behind(const std::vector<std::string>& arguments, const std::string& option) {
+    const auto found = std::find(arguments.begin(), arguments.end(), option);
+    if (found == arguments.end() || found + 1 == arguments.end()) return {};
+    return *(found + 1);
+}
+
+bool Has(const std::vector<std::string>& arguments, const std::string& option) {
+    return std::find(arguments.begin(), arguments.end(), option) != arguments.end();
+}
+
+class AllValues : public platform::RegistryVisitor {
+  public:
+    platform::Status OnKey(const std::string& path) override {
+        key_ = path;
+        return {};
     }
-    return kStay;
+    platform::Status OnValue(const std::string& name,
+                             const platform::RegistryValue& /*value*/) override {
+        writes.push_back({key_, name, platform::StringValue("changed by the emulator")});
+        return {};
+    }
+
+    std::vector<platform::RegistryWrite> writes;
+
+  private:
+    std::string key_;
+};
+
+void ChangeValues(platform::RegistryStore& registry, const std::vector<std::string>& arguments) {
+    const std::string user(platform::kCurrentUser);
+    AllValues values;
+    for (const auto* branch : {"Software\\epsxe", "Software\\Vision Thing"}) {
+        if (!Has(arguments, "-change")) break;
+        if (!registry.Visit(user + branch, values).ok()) std::cout << "  no " << branch << "\n";
+    }
+    if (const auto name = Behind(arguments, "-create"); !name.empty()) {
+        values.writes.push_back({user + "Software\\Vision Thing\\PSEmu Pro\\Demo", name,
+                                 platform::StringValue("created by the emulator")});
+    }
+    if (values.writes.empty()) return;
+    const auto written = platform::WriteValues(registry, values.writes);
+    std::cout << "  " << values.writes.size()
+              << (written.ok() ? " values written\n" : " values can't be written\n");
+}
+
+std::chrono::milliseconds StayOf(const std::vector<std::string>& arguments) {
+    const auto stay = Behind(arguments, "-stay");
+    if (stay.empty()) return kStay;
+    return std::chrono::milliseconds(std::strtol(stay.c_str(), nullptr, 10));
 }
 
 }  // namespace
@@ -99,10 +148,12 @@ int main(int argc, char** argv) {
     ReportArguments(arguments);
     if (const auto opened = registry->OpenStore({}); opened.ok()) {
         ReportValues(*registry);
+        ChangeValues(*registry, arguments);
     } else {
         std::cout << "  no registry: " << opened.error().text << "\n";
     }
     std::cout << std::flush;
     std::this_thread::sleep_for(StayOf(arguments));
+    if (Has(arguments, "-crash")) std::abort();
     return 0;
 }

@@ -35,9 +35,11 @@ class InstanceService {
   public:
     virtual ~InstanceService() = default;
 
-    // True if this process is the first. The lock is then held until the service is destroyed.
+    // True if this process is the first. The lock is then held until Release or the service's end.
     // A folder that is a link, another user's or open to others is a failure.
     virtual Result<bool> Acquire() = 0;
+    // The next process may be the first. No listener may be left.
+    virtual void Release() = 0;
 
     // Blocks until the first process has handled the name.
     virtual HandOverResult HandOver(const std::string& name) = 0;

@@ -115,6 +115,8 @@ class LinuxInstance : public InstanceService {
         return true;
     }
 
+    void Release() override { lock_.Reset(); }
+
     HandOverResult HandOver(const std::string& name) override {
         return SendHandOver(JoinPath(folder_, socket_name_), name);
     }

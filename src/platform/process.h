@@ -1,6 +1,7 @@
 // Other programs: started without a shell, waited for or left to themselves.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,6 +32,9 @@ class ChildProcess {
   public:
     virtual ~ChildProcess() = default;
     virtual int id() const = 0;
+    // Whether the program has ended when it does or at the limit, whichever comes first. It can
+    // still be waited for.
+    virtual bool EndsWithin(std::chrono::milliseconds limit) = 0;
     // Blocks until the program has ended. Once.
     virtual Result<ExitStatus> Wait() = 0;
     // Ends the program at once, if it hasn't been waited for.

@@ -12,6 +12,7 @@
 #include "platform/replace_file.h"
 #include "platform/stored_path.h"
 #include "platform/text.h"
+#include "store/borrowed_branch.h"
 
 namespace velto {
 namespace {
@@ -93,18 +94,25 @@ void CAppStartup::PrepareRegistry() {
     if (files.ok()) std::ignore = files.value()->Set("system.cnf", platform::StringValue(""));
 }
 
-// What a launch or a plug-in's configuration left when it was cut off. The emulator's own settings
-// stay as they are; the plug-ins' come back.
+// What a launch or a plug-in's configuration left when it was cut off.
 void CAppStartup::RecoverLeftovers() {
     platform::SweepTemporaries(platform::Files(), configDir_);
-    if (FindsLeftover("main.bak", "main.bak detected.  Deleteing...")) DeleteLeftover("main.bak");
-    if (FindsLeftover("plugins.bak",
-                      "plugins.bak detected.  Now resetting registry and deleteing the file") &&
-        settings_.RestoreFile("plugins.bak", configDir_) == 0) {
-        DeleteLeftover("plugins.bak");
-    }
+    RecoverBackups();
     if (FindsLeftover("plugins.tmp", "plugins.tmp detected... deleteing.")) {
         DeleteLeftover("plugins.tmp");
+    }
+}
+
+// The emulator's own settings stay as they are; the plug-ins' come back. A run that outlives the
+// editor that began it still needs both of its backups.
+void CAppStartup::RecoverBackups() {
+    const auto turn = BranchTurn::Take(configDir_);
+    if (!turn) return;
+    if (FindsLeftover(kMainBackup, "main.bak detected.  Deleteing...")) DeleteLeftover(kMainBackup);
+    if (FindsLeftover(kPluginsBackup,
+                      "plugins.bak detected.  Now resetting registry and deleteing the file") &&
+        settings_.RestoreFile(kPluginsBackup, configDir_) == 0) {
+        DeleteLeftover(kPluginsBackup);
     }
 }
 

@@ -39,6 +39,7 @@ class CAppStartup {
     void RunFirstSetup();
     void PrepareRegistry();
     void RecoverLeftovers();
+    void RecoverBackups();
     // Whether the file was left in the configuration folder; then `line` is logged.
     bool FindsLeftover(const char* file, const char* line);
     void DeleteLeftover(const char* file);

@@ -15,7 +15,7 @@ namespace {
 
 class EditorModule : public Windows {
   public:
-    EditorModule() : application_(argument_count_, arguments_) {
+    EditorModule() : application_(std::make_unique<QApplication>(argument_count_, arguments_)) {
         QApplication::setApplicationName("velto");
         QApplication::setDesktopFileName("velto");
         QApplication::setWindowIcon(QIcon(":/icons/velto.svg"));
@@ -32,20 +32,32 @@ class EditorModule : public Windows {
     int argument_count_ = 1;
     char name_[6] = "velto";
     char* arguments_[2] = {name_, nullptr};
-    QApplication application_;
+    std::unique_ptr<QApplication> application_;
     std::unique_ptr<BoxPresenter> boxes_;
 };
 
 std::unique_ptr<EditorModule> module;
 
+// A run that is under way outlives all windows.
 void EditorModule::RunEditor(const std::string& configDir) {
-    CAppStartupWindow splash;
-    CAppStartup startup(configDir, splash);
-    splash.Run(startup);
-    CMainFrameWindow frame(configDir, startup.catalogue());
+    auto splash = std::make_unique<CAppStartupWindow>();
+    CAppStartup startup(configDir, *splash);
+    splash->Run(startup);
+    splash.reset();
+
+    std::unique_ptr<CMainFrameWindow> frame;
+    LaunchCycle launch([&frame] { frame->PostRunEnded(); });
+    frame = std::make_unique<CMainFrameWindow>(configDir, startup.catalogue(), launch);
     QEventLoop loop;
-    frame.Start([&loop] { loop.quit(); });
+    frame->Start([&loop] { loop.quit(); });
     loop.exec();
+
+    launch.StopTelling();
+    frame.reset();
+    boxes_->Close();
+    application_.reset();
+    LeaveToNextProcess();
+    launch.Wait();
 }
 
 void EditorModule::Close() {

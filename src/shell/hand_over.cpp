@@ -4,6 +4,10 @@
 
 namespace velto {
 
+void LeaveToNextProcess() {
+    platform::Instance().Release();
+}
+
 HandOver::HandOver(std::function<void()> arrived) : arrived_(std::move(arrived)) {
     auto listener = platform::Instance().Listen([this](const std::string& name) { Wait(name); });
     if (listener.ok()) listener_ = std::move(listener).value();

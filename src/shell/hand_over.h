@@ -15,6 +15,10 @@
 
 namespace velto {
 
+// The editor is gone: the next process may be the first one, while this one still has something to
+// finish.
+void LeaveToNextProcess();
+
 class HandOver {
   public:
     // `arrived` is called on the listener's thread when a name can be taken. A listener that can't

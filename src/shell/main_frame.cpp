@@ -36,9 +36,10 @@ const ToggleRow* FindToggle(Command command) {
 
 }  // namespace
 
-CMainFrame::CMainFrame(std::string configDir, CPluginCatalogue& catalogue, TreeWindow& tree_window,
-                       FrameWindow& window)
+CMainFrame::CMainFrame(std::string configDir, CPluginCatalogue& catalogue, LaunchCycle& launch,
+                       TreeWindow& tree_window, FrameWindow& window)
     : catalogue_(catalogue),
+      launch_(launch),
       window_(window),
       document_(std::move(configDir), *this),
       tree_(document_, tree_window) {}
@@ -108,8 +109,8 @@ bool CMainFrame::IsOn(Command toggle) const {
 }
 
 void CMainFrame::OnRun() {
-    if (tree_.GetSelectedConfigFile().empty()) return;
-    window_.ShowStatus("Configurations can't be launched from here yet.");
+    launch_.OnRun(document_, tree_.GetSelectedConfigFile(), catalogue_);
+    window_.ShowRunning(launch_.Running());
 }
 
 void CMainFrame::OnNewConfig() {

@@ -1,13 +1,14 @@
 // The editor's main frame without its window: the commands, their settings, the end of the
 // program, and configurations handed over by a second process.
 //
-// It joins document, tree and catalogue, and is the editor that the document asks. It owns the
-// document and the tree; the windows and the catalogue must outlive it. All calls come on the user
-// interface thread. What fails is reported by a message box.
+// It joins document, tree, catalogue and launch, and is the editor that the document asks. It owns
+// the document and the tree; all else must outlive it. All calls come on the user interface thread.
+// What fails is reported by a message box.
 #pragma once
 
 #include <string>
 
+#include "launch/launch_cycle.h"
 #include "plugins/plugin_catalogue.h"
 #include "shell/commands.h"
 #include "shell/epsxe_tree.h"
@@ -36,6 +37,8 @@ class FrameWindow {
     // The check mark of a toggle in the main menu. A bar is shown or hidden with its mark.
     virtual void SetChecked(Command toggle, bool on) = 0;
     virtual void ShowStatus(const std::string& text) = 0;
+    // The configuration that runs; empty: none.
+    virtual void ShowRunning(const std::string& configuration) = 0;
 
     virtual void ShowEditor() = 0;
     virtual void HideEditor() = 0;
@@ -54,8 +57,8 @@ class FrameWindow {
 class CMainFrame : public Editor {
   public:
     // `configDir` is a host path without a separator at its end.
-    CMainFrame(std::string configDir, CPluginCatalogue& catalogue, TreeWindow& tree_window,
-               FrameWindow& window);
+    CMainFrame(std::string configDir, CPluginCatalogue& catalogue, LaunchCycle& launch,
+               TreeWindow& tree_window, FrameWindow& window);
 
     // Once, with all windows made: the check marks, and the tree as it is on disk.
     void OnCreate();
@@ -71,6 +74,11 @@ class CMainFrame : public Editor {
 
     // The button "Launch Epsxe".
     void OnRun();
+    // A run has ended.
+    void OnRunEnded() { window_.ShowRunning(launch_.Running()); }
+
+    // The window was hidden.
+    void OnHidden() { UnloadOtherPlugins(catalogue_, document_); }
 
     // Whether the window may close. If so, its place is stored, and unsaved changes are saved.
     bool OnClose();
@@ -107,6 +115,7 @@ class CMainFrame : public Editor {
     bool CheckHandedOver(const std::string& name) const;
 
     CPluginCatalogue& catalogue_;
+    LaunchCycle& launch_;
     FrameWindow& window_;
     CVeltoSettings settings;
     CVeltoDoc document_;

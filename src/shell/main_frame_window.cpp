@@ -27,6 +27,8 @@ namespace {
 constexpr const char* kTitle = "Velto V1.67.160. Beta 4";
 constexpr int kStatusMs = 8000;
 constexpr int kHandOverAgainMs = 100;
+constexpr auto kHandedOver = QEvent::User;
+constexpr auto kRunEnded = static_cast<QEvent::Type>(QEvent::User + 1);
 
 std::size_t CountConfigurations(const TreeNode& node) {
     std::size_t count = node.kind == NodeKind::Configuration ? 1 : 0;
@@ -51,7 +53,7 @@ QIcon TrayIcon(const std::string& file) {
 }  // namespace
 
 CMainFrameWindow::CMainFrameWindow(std::string configDir, CPluginCatalogue& catalogue,
-                                   std::function<bool()> has_tray)
+                                   LaunchCycle& launch, std::function<bool()> has_tray)
     : actions_(*this, [this](Command command) { Run(command); }) {
     setWindowTitle(kTitle);
     setWindowIcon(QIcon(":/icons/velto.svg"));
@@ -61,7 +63,9 @@ CMainFrameWindow::CMainFrameWindow(std::string configDir, CPluginCatalogue& cata
     connect(&hand_over_again_, &QTimer::timeout, this, [this] { ServeHandOver(); });
     MakeBars();
     tree_view_ = MakeOwned<CEpsxeTreeView>(this, [this](int page) { panes_->ShowPage(page); });
-    frame_ = std::make_unique<CMainFrame>(std::move(configDir), catalogue, *tree_view_, *this);
+    frame_ =
+        std::make_unique<CMainFrame>(std::move(configDir), catalogue, launch, *tree_view_, *this);
+    frame_->document().settings.SetEditorWait(this);
     panes_ = MakeOwned<EditorPanes>(tree_view_, frame_->document(), Services(), this);
     setCentralWidget(panes_);
     tree_view_->SetTree(frame_->tree());
@@ -115,7 +119,7 @@ void CMainFrameWindow::Start(std::function<void()> closed) {
     on_closed_ = std::move(closed);
     // Called on a thread of its own.
     hand_over_ = std::make_unique<HandOver>(
-        [this] { QCoreApplication::postEvent(this, MakeOwned<QEvent>(QEvent::User)); });
+        [this] { QCoreApplication::postEvent(this, MakeOwned<QEvent>(kHandedOver)); });
     RestorePlace();
     tree_view_->setFocus();
     if (frame_->IsOn(Command::ShowOnStart)) {
@@ -127,7 +131,7 @@ void CMainFrameWindow::Start(std::function<void()> closed) {
 
 void CMainFrameWindow::Run(Command command) {
     // The tray's menu opens beside a dialog, too.
-    if (RaiseDialog()) return;
+    if (repainting_ || RaiseDialog()) return;
     if (tree_view_->FinishEditing()) {
         later_.Call([this, command] { Run(command); });
     } else {
@@ -184,6 +188,10 @@ void CMainFrameWindow::ShowStatus(const std::string& text) {
     statusBar()->showMessage(FromBytes(text), kStatusMs);
 }
 
+void CMainFrameWindow::ShowRunning(const std::string& configuration) {
+    panes_->ShowRunning(configuration);
+}
+
 void CMainFrameWindow::ShowEditor() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
@@ -193,7 +201,10 @@ void CMainFrameWindow::ShowEditor() {
 }
 
 void CMainFrameWindow::HideEditor() {
-    if (tray_->present()) return hide();
+    if (tray_->present()) {
+        hide();
+        return frame_->OnHidden();
+    }
     if (!std::exchange(told_of_tray_, true)) {
         platform::Boxes().Show(
             {"This desktop has no tray, so Velto stays among the windows, "
@@ -201,6 +212,7 @@ void CMainFrameWindow::HideEditor() {
              "No tray", platform::BoxIcon::Information});
     }
     showMinimized();
+    frame_->OnHidden();
 }
 
 void CMainFrameWindow::CloseEditor() {
@@ -249,6 +261,7 @@ QWidget* CMainFrameWindow::DialogParent() {
 }
 
 void CMainFrameWindow::closeEvent(QCloseEvent* event) {
+    if (repainting_) return event->ignore();
     if (tree_view_->FinishEditing()) {
         later_.Call([this] { close(); });
         return event->ignore();
@@ -266,15 +279,33 @@ void CMainFrameWindow::changeEvent(QEvent* event) {
     later_.Call([this] {
         hide();
         setWindowState(windowState() & ~Qt::WindowMinimized);
+        frame_->OnHidden();
     });
 }
 
-void CMainFrameWindow::customEvent(QEvent*) {
-    ServeHandOver();
+void CMainFrameWindow::customEvent(QEvent* event) {
+    if (event->type() == kRunEnded) {
+        frame_->OnRunEnded();
+    } else {
+        ServeHandOver();
+    }
+}
+
+void CMainFrameWindow::PostRunEnded() {
+    QCoreApplication::postEvent(this, MakeOwned<QEvent>(kRunEnded));
+}
+
+// In the middle of a launch: nothing may change what is launched.
+void CMainFrameWindow::Repaint() {
+    repainting_ = true;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                    QEventLoop::ExcludeSocketNotifiers);
+    repainting_ = false;
 }
 
 void CMainFrameWindow::ServeHandOver() {
-    if (QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget()) {
+    if (repainting_ || QApplication::activeModalWidget() != nullptr ||
+        QApplication::activePopupWidget() != nullptr) {
         hand_over_again_.start(kHandOverAgainMs);
         return;
     }

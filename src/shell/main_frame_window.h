@@ -23,11 +23,11 @@
 
 namespace velto {
 
-class CMainFrameWindow : public QMainWindow, public FrameWindow {
+class CMainFrameWindow : public QMainWindow, public FrameWindow, public RegistryEditorWait {
   public:
     // `configDir` is a host path without a separator at its end. `has_tray` tells whether the
     // desktop has a tray. The window is hidden at first.
-    CMainFrameWindow(std::string configDir, CPluginCatalogue& catalogue,
+    CMainFrameWindow(std::string configDir, CPluginCatalogue& catalogue, LaunchCycle& launch,
                      std::function<bool()> has_tray = &QSystemTrayIcon::isSystemTrayAvailable);
     ~CMainFrameWindow() override;
 
@@ -36,12 +36,15 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
     void Start(std::function<void()> closed);
 
     CEpsxeTree& tree() { return frame_->tree(); }
+    // A run has ended. From any thread.
+    void PostRunEnded();
 
     // FrameWindow
     void EnableApplyAndReset(bool enabled) override;
     void RefreshPages() override;
     void SetChecked(Command toggle, bool on) override;
     void ShowStatus(const std::string& text) override;
+    void ShowRunning(const std::string& configuration) override;
     void ShowEditor() override;
     void HideEditor() override;
     void CloseEditor() override;
@@ -51,10 +54,13 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
     bool RunExitDialog(bool& dontAskAgain) override;
     void RunDialog(Command dialog) override;
 
+    // RegistryEditorWait
+    void Repaint() override;
+
   protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
-    // A name has been handed over.
+    // A name has been handed over, or a run has ended.
     void customEvent(QEvent* event) override;
 
   private:
@@ -82,6 +88,7 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
     std::function<void()> on_closed_;
     bool told_of_tray_ = false;
     bool closed_ = false;
+    bool repainting_ = false;
 };
 
 }  // namespace velto

@@ -6,7 +6,8 @@
 #include <tuple>
 #include <utility>
 
-#include "platform/environment.h"
+#include "platform/file_search.h"
+#include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/stored_path.h"
@@ -52,19 +53,6 @@ void Write(std::string_view key,
     std::vector<RegistryWrite> writes;
     for (const auto& [name, value] : values) writes.push_back({CurrentUserKey(key), name, value});
     std::ignore = platform::WriteValues(platform::Registry(), writes);
-}
-
-// Nothing if the editor can't be started; else whether it reports success.
-std::optional<bool> RunRegistryEditor(const std::string& parameters, const std::string& folder) {
-    platform::ProcessRequest request;
-    request.file = platform::HostEnvironment().registry_editor;
-    request.parameters = parameters;
-    request.folder = folder;
-    request.ends_with_parent = true;
-    const auto child = platform::Processes().Start(request);
-    if (!child.ok()) return {};
-    const auto ended = child.value()->Wait();
-    return ended.ok() && ended.value().success();
 }
 
 }  // namespace
@@ -167,15 +155,26 @@ void CVeltoSettings::SetLogWindow(bool on) {
 
 int CVeltoSettings::BackupBranch(const std::string& key, const std::string& file,
                                  const std::string& folder) {
-    if (RunRegistryEditor("/E " + platform::QuoteParameter(file) + " " + key, folder)) return 0;
+    const auto run =
+        RunRegistryEditor("/E " + platform::QuoteParameter(file) + " " + key, folder, editor_wait_);
+    if (run == EditorRun::Done &&
+        platform::IsRegular(platform::Files(), platform::JoinPath(folder, file))) {
+        return 0;
+    }
     platform::Boxes().Show({"Unable to backup " + key + " settings", "Error"});
-    return -1;
+    return run == EditorRun::NotStarted ? -1 : kNoBackup;
 }
 
 int CVeltoSettings::RestoreFile(const std::string& file, const std::string& folder) {
-    const auto merged = RunRegistryEditor(" /S " + platform::QuoteParameter(file), folder);
-    if (!merged) platform::Boxes().Show({"Unable to restore settings", "Error"});
-    return merged.value_or(false) ? 0 : -1;
+    const auto run = MergeFile(file, folder);
+    if (run == EditorRun::NotStarted) {
+        platform::Boxes().Show({"Unable to restore settings", "Error"});
+    }
+    return run == EditorRun::Done ? 0 : -1;
+}
+
+EditorRun CVeltoSettings::MergeFile(const std::string& file, const std::string& folder) {
+    return RunRegistryEditor(" /S " + platform::QuoteParameter(file), folder, editor_wait_);
 }
 
 std::string CVeltoSettings::ReadString(std::string_view name) const {

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "platform/registry.h"
+#include "store/registry_editor.h"
 
 namespace velto {
 
@@ -101,11 +102,19 @@ class CVeltoSettings {
     // Runs of the registry editor, waited for. `file` is relative to `folder`, a host path.
     //
     // Exports `key`, which goes into the command line unchanged: one with a blank needs its
-    // quotes. -1, after a message, if the editor can't be started; else 0, whatever it did.
+    // quotes. 0, or after a message -1 if the editor can't be started, and kNoBackup if it reports
+    // failure or left no file. A file that was there before the export must be gone, or it is
+    // taken for the backup.
+    static constexpr int kNoBackup = -2;
     int BackupBranch(const std::string& key, const std::string& file, const std::string& folder);
     // Merges `file`. -1 if the editor can't be started, after a message, or if it reports a
     // failure itself, without one; else 0.
     int RestoreFile(const std::string& file, const std::string& folder);
+    // The same without a message.
+    EditorRun MergeFile(const std::string& file, const std::string& folder);
+
+    // What this object's runs wait with from now on; not owned. Null: nothing happens meanwhile.
+    void SetEditorWait(RegistryEditorWait* wait) { editor_wait_ = wait; }
 
   private:
     std::string ReadString(std::string_view name) const;
@@ -116,6 +125,7 @@ class CVeltoSettings {
     void WriteDword(std::string_view name, std::uint32_t number);
 
     std::unique_ptr<platform::RegistryKey> key_;  // null if it can't be opened
+    RegistryEditorWait* editor_wait_ = nullptr;
 };
 
 }  // namespace velto

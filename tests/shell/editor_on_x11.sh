@@ -14,7 +14,8 @@ export VELTO_HOME=$work/home XDG_RUNTIME_DIR=$work/runtime XDG_CONFIG_HOME=$work
 unset WAYLAND_DISPLAY QT_QPA_PLATFORM VELTO_DRIVES VELTO_REGEDIT
 # What the window library and the font system keep until the end isn't this program's.
 export LSAN_OPTIONS=detect_leaks=0
-mkdir -p "$VELTO_HOME/config"
+mkdir -p "$VELTO_HOME/config" "$VELTO_HOME/drive_c/emu"
+ln -s "$bin/demo-emulator" "$VELTO_HOME/drive_c/emu/ePSXe.EXE"
 mkdir -m 700 "$XDG_RUNTIME_DIR" "$XDG_CONFIG_HOME"
 cp "$demo/config/Demo Disc.dta" "$VELTO_HOME/config/"
 "$bin/velto-regedit" /S "$demo/settings.reg"
@@ -66,6 +67,8 @@ keys alt+a
 eventually grep -q '^; commandLine = -typed' "$VELTO_HOME/config/Renamed Game.dta"
 
 "$bin/velto" -direct 'Demo Disc' || fail 'the hand-over had no answer'
+sleep 1
+[ ! -e "$VELTO_HOME/config/main.bak" ] || eventually [ ! -e "$VELTO_HOME/config/main.bak" ]
 keys alt+c ctrl+a
 text '-unsaved'
 keys alt+F4

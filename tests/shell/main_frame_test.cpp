@@ -23,7 +23,10 @@ class FakeFrameWindow : public FrameWindow {
     void EnableApplyAndReset(bool on) override { enabled = on; }
     void RefreshPages() override {}
     void SetChecked(Command toggle, bool on) override { checked[toggle] = on; }
-    void ShowStatus(const std::string& text) override { status.push_back(text); }
+    void ShowStatus(const std::string&) override {}
+    void ShowRunning(const std::string& configuration) override {
+        if (!configuration.empty()) started.push_back(configuration);
+    }
     void ShowEditor() override {}
     void HideEditor() override {}
     void CloseEditor() override {}
@@ -43,7 +46,7 @@ class FakeFrameWindow : public FrameWindow {
 
     bool enabled = false;
     std::map<Command, bool> checked;
-    std::vector<std::string> status;
+    std::vector<std::string> started;
     bool tick = false;
     bool exit_ok = true;
     int exit_questions = 0;
@@ -52,8 +55,9 @@ class FakeFrameWindow : public FrameWindow {
 class MainFrameTest : public HomeTest {
   protected:
     MainFrameTest() {
-        WriteFile(InConfig("Game.dta"), ConfigText(kFileVersion));
-        WriteFile(InConfig("Other.dta"), ConfigText(kFileVersion));
+        settings.SetEmulatorPath(BinaryFolder() + "/demo-emulator");
+        WriteFile(InConfig("Game.dta"), ConfigText(kFileVersion, {"commandLine = -stay 500"}));
+        WriteFile(InConfig("Other.dta"), ConfigText(kFileVersion, {"commandLine = -stay 500"}));
         frame.OnCreate();
     }
 
@@ -68,9 +72,10 @@ class MainFrameTest : public HomeTest {
     }
 
     CPluginCatalogue catalogue;
+    LaunchCycle launch{[] {}};
     NoTreeWindow tree_window;
     FakeFrameWindow window;
-    CMainFrame frame{environment.ConfigFolder(), catalogue, tree_window, window};
+    CMainFrame frame{environment.ConfigFolder(), catalogue, launch, tree_window, window};
     CVeltoSettings settings;
 };
 
@@ -170,7 +175,7 @@ TEST_F(MainFrameTest, AHandedOverNameRunsOnlyAsTheConfigurationInHand) {
     const std::string warning =
         "Warning: This action will cause your current changes to be lost.  Do you wish to "
         "continue?";
-    WriteFile(InConfig("Younger.dta"), ConfigText(kFileVersion));  // than the tree
+    WriteFile(InConfig("Younger.dta"), ConfigText(kFileVersion, {"commandLine = -stay 500"}));
     const Case cases[] = {
         {"Game", false, BoxAnswer::No, "", "Game", true},
         {"Nothing", false, BoxAnswer::No, "Nothing does not exist", "Game", false},
@@ -185,12 +190,13 @@ TEST_F(MainFrameTest, AHandedOverNameRunsOnlyAsTheConfigurationInHand) {
         SCOPED_TRACE(c.name);
         boxes.shown.clear();
         boxes.answers = {c.answer};
-        window.status.clear();
+        window.started.clear();
         frame.document().dirty = c.dirty;
         frame.OnHandOver(c.name);
         EXPECT_EQ(boxes.shown.empty() ? "" : boxes.shown.front().text, c.message);
         EXPECT_EQ(frame.GetSelectedConfigName(), c.selected);
-        EXPECT_EQ(!window.status.empty(), c.runs);
+        EXPECT_EQ(!window.started.empty(), c.runs);
+        launch.Wait();
     }
 }
 

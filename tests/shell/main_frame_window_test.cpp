@@ -38,11 +38,16 @@ class MainFrameWindowTest : public HomeTest {
         WriteFile(InConfig("Game.dta"), ConfigText(kFileVersion));
         WriteFile(InConfig("Other.dta"), ConfigText(kFileVersion));
     }
-    ~MainFrameWindowTest() override { unsetenv("XDG_RUNTIME_DIR"); }
+    ~MainFrameWindowTest() override {
+        launch.StopTelling();
+        window.reset();
+        launch.Wait();
+        unsetenv("XDG_RUNTIME_DIR");
+    }
 
     // The editor as it starts.
     void Open() {
-        window = std::make_unique<CMainFrameWindow>(environment.ConfigFolder(), catalogue,
+        window = std::make_unique<CMainFrameWindow>(environment.ConfigFolder(), catalogue, launch,
                                                     [this] { return has_tray; });
         window->Start([this] { closed = true; });
         QTest::qWait(kSettleMs);
@@ -74,6 +79,7 @@ class MainFrameWindowTest : public HomeTest {
     std::unique_ptr<platform::InstanceService> instance;
     std::optional<platform::HostScope> with_instance;
     CPluginCatalogue catalogue;
+    LaunchCycle launch{[this] { window->PostRunEnded(); }};
     bool has_tray = true;
     bool closed = false;
     std::unique_ptr<CMainFrameWindow> window;
@@ -157,6 +163,28 @@ TEST_F(MainFrameWindowTest, ALabelBeingEditedIsDoneWithBeforeACommandAsks) {
     ASSERT_EQ(boxes.shown.size(), 2U);
     EXPECT_EQ(boxes.shown[0].caption, "Name Exists");
     EXPECT_EQ(boxes.shown[1].caption, "Confirm Delete");
+}
+
+TEST_F(MainFrameWindowTest, TheUsersSetUpComesBackWhileTheEditorStaysAlive) {
+    WriteFile(InConfig("Game.dta"), ConfigText(kFileVersion, {"commandLine = -stay 700"}));
+    CVeltoSettings().SetEmulatorPath(BinaryFolder() + "/demo-emulator");
+    SetValue(kEmulatorConfigKey, "BiosName", platform::StringValue("the user's"));
+    Open();
+    Press(Tree(), Qt::Key_Down);
+    Click(*window, "Launch Epsxe");
+    EXPECT_EQ(launch.Running(), "Game");
+    EXPECT_NE(StringOf(kEmulatorConfigKey, "BiosName"), "the user's");
+    const auto shows = [&](const QString& text) {
+        const auto labels = window->findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(), [&](const auto* label) {
+            return label->isVisible() && label->text() == text;
+        });
+    };
+    EXPECT_TRUE(shows("Running: Game"));
+    Click(*window, "Launch Epsxe");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !shows("Running: Game"); }, 20000));
+    EXPECT_EQ(StringOf(kEmulatorConfigKey, "BiosName"), "the user's");
+    EXPECT_TRUE(boxes.shown.empty());
 }
 
 TEST_F(MainFrameWindowTest, BarsFollowTheirTogglesAndTheNextStart) {

@@ -163,10 +163,13 @@ TEST_F(SettingsTest, ABackupGivesTheBranchBack) {
     EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
-TEST_F(SettingsTest, OnlyAnEditorThatCannotBeStartedIsReported) {
+TEST_F(SettingsTest, AMissingBackupIsReportedAndAFailedMergeOnlyWithoutAnEditor) {
     const auto folder = environment.ConfigFolder();
+    EXPECT_EQ(settings.BackupBranch("HKEY_CURRENT_USER\\nothing", "b.bak", folder),
+              CVeltoSettings::kNoBackup);
+    EXPECT_THAT(Shown(boxes),
+                ElementsAre("Error: Unable to backup HKEY_CURRENT_USER\\nothing settings"));
     EXPECT_EQ(settings.RestoreFile("missing.bak", folder), -1);
-    EXPECT_EQ(settings.BackupBranch("HKEY_CURRENT_USER\\nothing", "b.bak", folder), 0);
     WriteFile(InHome("dying"), "#!/bin/sh\nkill -9 $$\n");
     std::filesystem::permissions(InHome("dying"), std::filesystem::perms::owner_all);
     environment.registry_editor = InHome("dying");

@@ -1,0 +1,140 @@
+#include "launch/launch_cycle.h"
+
+#include <algorithm>
+#include <system_error>
+#include <tuple>
+
+#include "launch/apply_to_registry.h"
+#include "launch/emulator_values.h"
+#include "platform/ascii.h"
+#include "platform/message_box.h"
+#include "platform/process.h"
+#include "platform/stored_path.h"
+
+namespace velto {
+namespace {
+
+bool ConfirmLoss() {
+    return platform::Boxes().Show(
+               {"This action will cause your unsaved changes to be lost.  Continue?",
+                "Discard changes?", platform::BoxIcon::Question, platform::BoxButtons::YesNo,
+                true}) == platform::BoxAnswer::Yes;
+}
+
+std::string NameOf(const std::string& file) {
+    return file.substr(0, file.size() - std::min(file.size(), kConfigEnding.size()));
+}
+
+void Report(const std::string& text) {
+    platform::Boxes().Show({text, "Error"});
+}
+
+platform::ProcessRequest RequestFor(const CVeltoSettings& settings, const std::string& path,
+                                    const std::string& arguments) {
+    platform::ProcessRequest request;
+    request.file = platform::HostPath(path);
+    request.parameters = arguments == kUnset ? "" : arguments;
+    if (settings.IsGuiBypassed()) request.parameters = WithoutGui(request.parameters);
+    request.folder = platform::HostPath(settings.GetEmulatorFolder());
+    return request;
+}
+
+}  // namespace
+
+void UnloadOtherPlugins(CPluginCatalogue& catalogue, const ConfigRecord& record) {
+    const auto used = {&record.gpuFileName, &record.spuFileName, &record.cdrFileName,
+                       &record.netFileName};
+    for (auto& plugin : catalogue.plugins()) {
+        const bool is_used = std::any_of(used.begin(), used.end(), [&](const auto* file) {
+            return platform::EqualsIgnoringCase(*file, plugin.GetFileName());
+        });
+        // One that can't be unloaded stays: it runs in a process of its own.
+        if (!is_used) std::ignore = plugin.Unload();
+    }
+}
+
+bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCatalogue& catalogue) {
+    if (file.empty() || (document.dirty && !ConfirmLoss())) return false;
+    auto& settings = document.settings;
+    auto branch = BorrowedBranch::ForRun(document.configDir, settings);
+    if (!branch) return false;
+    settings.RestoreFile(file, document.configDir);
+    // Behind the merge, which may bring in an image of its own.
+    ApplyToRegistry(document);
+    const auto arguments =
+        EmulatorArguments(document.commandLine, document.cdrIsInternalIso, document.imageFileName);
+    UnloadOtherPlugins(catalogue, document);
+    return Start({settings.GetEmulatorPath(), arguments, NameOf(file), std::move(branch)});
+}
+
+bool LaunchCycle::LaunchEmulator(const std::string& path, const std::string& arguments) {
+    return Start({path, arguments, {}, {}});
+}
+
+std::string LaunchCycle::Running() const {
+    const std::lock_guard lock(mutex_);
+    for (const auto& worker : workers_) {
+        if (!worker.done && !worker.name.empty()) return worker.name;
+    }
+    return {};
+}
+
+void LaunchCycle::StopTelling() {
+    const std::lock_guard lock(telling_);
+    ended_ = nullptr;
+}
+
+bool LaunchCycle::Start(Launch launch) {
+    Join(false);
+    std::unique_lock lock(mutex_);
+    auto& worker = workers_.emplace_back(Worker{launch.name});
+    lock.unlock();
+    try {
+        worker.thread = std::thread([this, &worker, launch = std::move(launch)]() mutable {
+            LaunchThread(launch);
+            Finish(worker);
+        });
+    } catch (const std::system_error& failure) {
+        lock.lock();
+        workers_.pop_back();
+        lock.unlock();
+        Report(std::string("Unable to start Epsxe: ") + failure.what());
+        return false;
+    }
+    return true;
+}
+
+void LaunchCycle::LaunchThread(Launch& launch) {
+    CVeltoSettings settings;
+    const auto emulator =
+        platform::Processes().Start(RequestFor(settings, launch.path, launch.arguments));
+    if (emulator.ok()) {
+        std::ignore = emulator.value()->Wait();
+    } else {
+        Report("Unable to locate Epsxe at " + launch.path);
+    }
+    if (launch.branch) launch.branch->GiveBack(settings);
+}
+
+void LaunchCycle::Finish(Worker& worker) {
+    std::unique_lock lock(mutex_);
+    const bool was_run = !worker.name.empty();
+    worker.done = true;
+    lock.unlock();
+    const std::lock_guard telling(telling_);
+    if (was_run && ended_) ended_();
+}
+
+void LaunchCycle::Join(bool all) {
+    std::list<Worker> joined;
+    std::unique_lock lock(mutex_);
+    for (auto worker = workers_.begin(); worker != workers_.end();) {
+        const auto next = std::next(worker);
+        if (all || worker->done) joined.splice(joined.end(), workers_, worker);
+        worker = next;
+    }
+    lock.unlock();
+    for (auto& worker : joined) worker.thread.join();
+}
+
+}  // namespace velto

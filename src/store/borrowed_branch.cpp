@@ -1,0 +1,131 @@
+#include "store/borrowed_branch.h"
+
+#include <tuple>
+
+#include "platform/file_search.h"
+#include "platform/files.h"
+#include "platform/message_box.h"
+#include "platform/process.h"
+#include "platform/registry.h"
+
+namespace velto {
+namespace {
+
+using platform::FileLock;
+using platform::JoinPath;
+
+bool IsTaken(const platform::Result<FileLock>& lock) {
+    return !lock.ok() && lock.error().kind == platform::ErrorKind::AlreadyExists;
+}
+
+void Report(const std::string& text) {
+    platform::Boxes().Show({text, "Error"});
+}
+
+}  // namespace
+
+struct BorrowedBranch::Branch {
+    const char* file;
+    std::string key;
+};
+
+std::optional<BranchTurn> BranchTurn::Take(const std::string& configDir) {
+    auto folder = FileLock::Take(configDir);
+    if (IsTaken(folder) || IsTaken(FileLock::Take(JoinPath(configDir, kMainBackup)))) return {};
+    BranchTurn turn;
+    if (folder.ok()) turn.folder_ = std::move(folder).value();
+    return turn;
+}
+
+std::optional<BorrowedBranch> BorrowedBranch::ForRun(const std::string& configDir,
+                                                     CVeltoSettings& settings) {
+    return Borrow(configDir,
+                  {{kMainBackup, "HKEY_CURRENT_USER\\Software\\epsxe"},
+                   {kPluginsBackup, "HKEY_CURRENT_USER\\Software\\Vision Thing"}},
+                  settings);
+}
+
+std::optional<BorrowedBranch> BorrowedBranch::ForPlugins(const std::string& configDir,
+                                                         CVeltoSettings& settings) {
+    return Borrow(configDir,
+                  {{kPluginsBackup, "HKEY_CURRENT_USER\\Software\\Vision Thing\\PSEmu Pro"}},
+                  settings);
+}
+
+BorrowedBranch::~BorrowedBranch() {
+    if (backups_.empty()) return;
+    CVeltoSettings settings;
+    GiveBack(settings);
+}
+
+void BorrowedBranch::GiveBack(CVeltoSettings& settings) {
+    auto merged = std::exchange(backups_, {});
+    const auto run = std::move(run_);
+    if (run && !run->IsOn(JoinPath(config_dir_, kMainBackup))) return;
+    std::erase_if(
+        merged, [&](const char* backup) { return settings.RestoreFile(backup, config_dir_) != 0; });
+    // Or whoever finds no `main.bak` may make a `plugins.bak` before the former one is deleted.
+    const auto turn = FileLock::Take(config_dir_);
+    Delete(merged);
+}
+
+std::optional<BorrowedBranch> BorrowedBranch::Borrow(const std::string& configDir,
+                                                     std::initializer_list<Branch> branches,
+                                                     CVeltoSettings& settings) {
+    const auto turn = BranchTurn::Take(configDir);
+    if (!turn) return {};
+    bool all_merged = true;
+    for (const auto& branch : branches) {
+        all_merged = MergeFound(configDir, branch, settings) && all_merged;
+    }
+    if (!all_merged) {
+        Report("Unable to restore settings");
+        return {};
+    }
+    BorrowedBranch borrowed(configDir);
+    for (const auto& branch : branches) {
+        if (!borrowed.Save(branch, settings)) return {};
+    }
+    return borrowed;
+}
+
+// What can't be deleted would be taken for the next backup.
+bool BorrowedBranch::MergeFound(const std::string& configDir, const Branch& branch,
+                                CVeltoSettings& settings) {
+    const auto path = JoinPath(configDir, branch.file);
+    return !platform::IsRegular(platform::Files(), path) ||
+           (settings.MergeFile(branch.file, configDir) == EditorRun::Done &&
+            platform::Files().Remove(path).ok());
+}
+
+bool BorrowedBranch::Save(const Branch& branch, CVeltoSettings& settings) {
+    // What isn't there can't be exported.
+    std::ignore = platform::Registry().CreateKey(branch.key);
+    const bool quoted = branch.key.find(' ') != std::string::npos;
+    const auto result = settings.BackupBranch(
+        quoted ? platform::QuoteParameter(branch.key) : branch.key, branch.file, config_dir_);
+    if (result == -1) return true;
+    backups_.push_back(branch.file);
+    if (result == 0 && (branch.file != kMainBackup || LockRun())) return true;
+    // Nothing has been changed yet, and half a backup must never be merged.
+    Delete(std::exchange(backups_, {}));
+    return false;
+}
+
+bool BorrowedBranch::LockRun() {
+    auto lock = FileLock::Take(JoinPath(config_dir_, kMainBackup));
+    if (!lock.ok()) {
+        Report("Unable to lock " + lock.error().subject + ": " + lock.error().text);
+        return false;
+    }
+    run_ = std::move(lock).value();
+    return true;
+}
+
+void BorrowedBranch::Delete(const std::vector<const char*>& backups) {
+    for (const auto* backup : backups) {
+        std::ignore = platform::Files().Remove(JoinPath(config_dir_, backup));
+    }
+}
+
+}  // namespace velto

@@ -1,0 +1,88 @@
+// The live registry branch of emulator and plug-ins, borrowed: the user's state is saved in front,
+// whoever borrowed it writes what he likes, and at the end the saved state is merged back.
+//
+// The backups stand in the configuration folder. `main.bak` exists while a run of the emulator
+// borrows the branch, and is locked by the process that waits for the run: so a run that lives is
+// known from a backup that a process left behind, in whichever process one asks. One whose merge
+// failed is kept, and tried again by the next who borrows.
+#pragma once
+
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/file_lock.h"
+#include "store/velto_settings.h"
+
+namespace velto {
+
+inline constexpr const char* kMainBackup = "main.bak";
+inline constexpr const char* kPluginsBackup = "plugins.bak";
+
+// The right to begin with the backups of one folder, held by one at a time among all processes.
+class BranchTurn {
+  public:
+    // Nothing while a run holds `main.bak`, or somebody else has the turn. `configDir` is a host
+    // path without a separator at its end.
+    static std::optional<BranchTurn> Take(const std::string& configDir);
+
+  private:
+    // Nothing on a file system without locks.
+    std::optional<platform::FileLock> folder_;
+};
+
+// Whether a run borrows the branch, in this process or another.
+inline bool IsRunUnderWay(const std::string& configDir) {
+    return !BranchTurn::Take(configDir);
+}
+
+// Moves from one thread to another, but each call is on one. The runs of the registry editor are
+// those of the settings that are given.
+class BorrowedBranch {
+  public:
+    // For a run of the emulator: `Software\epsxe` is saved to `main.bak`, then
+    // `Software\Vision Thing` to `plugins.bak`. Backups that are found are merged back first.
+    // Nothing, and no registry value changed but by these, without a word while a run is under
+    // way, else after a message: what was found can't be merged, or a backup didn't come into
+    // being. An editor that can't be started is told, and then there is no backup.
+    static std::optional<BorrowedBranch> ForRun(const std::string& configDir,
+                                                CVeltoSettings& settings);
+    // For a change to plug-in settings: `Software\Vision Thing\PSEmu Pro` alone, to
+    // `plugins.bak`; a `main.bak` that is found stays. Otherwise the same.
+    static std::optional<BorrowedBranch> ForPlugins(const std::string& configDir,
+                                                    CVeltoSettings& settings);
+
+    BorrowedBranch(BorrowedBranch&&) = default;
+    BorrowedBranch& operator=(BorrowedBranch&&) = delete;
+    BorrowedBranch(const BorrowedBranch&) = delete;
+    BorrowedBranch& operator=(const BorrowedBranch&) = delete;
+    // Gives the branch back if that wasn't done.
+    ~BorrowedBranch();
+
+    // Merges the backups that were made, and deletes those that could be merged. Nothing is done
+    // if `main.bak` isn't the one that was made here any more: others have taken care of it. Once.
+    void GiveBack(CVeltoSettings& settings);
+
+  private:
+    struct Branch;
+
+    explicit BorrowedBranch(std::string configDir) : config_dir_(std::move(configDir)) {}
+
+    static std::optional<BorrowedBranch> Borrow(const std::string& configDir,
+                                                std::initializer_list<Branch> branches,
+                                                CVeltoSettings& settings);
+    static bool MergeFound(const std::string& configDir, const Branch& branch,
+                           CVeltoSettings& settings);
+    // False, after a message, if nothing may be changed now.
+    bool Save(const Branch& branch, CVeltoSettings& settings);
+    bool LockRun();
+    void Delete(const std::vector<const char*>& backups);
+
+    std::string config_dir_;
+    std::vector<const char*> backups_;       // made and not given back
+    std::optional<platform::FileLock> run_;  // on `main.bak`, if that was made
+};
+
+}  // namespace velto

@@ -1,0 +1,298 @@
+#include "launch/launch_cycle.h"
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+
+#include <atomic>
+#include <filesystem>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "launch/apply_to_registry.h"
+#include "launch/direct_run.h"
+#include "platform/libraries.h"
+#include "regedit/regedit.h"
+#include "shell/app_startup.h"
+#include "store/document_test.h"
+#include "support/config_text.h"
+#include "support/heap.h"
+#include "support/run_program.h"
+#include "support/shown.h"
+
+namespace velto::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+
+const std::string kUser = "HKEY_CURRENT_USER\\";
+const std::string kDemoKey = "Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo";
+const std::string kImageKey = "Software\\Vision Thing\\PSEmu Pro\\CDR\\MoobyCDR";
+
+// The real emulator of the demo, or scripts; its settings and those of a plug-in are the user's.
+class LaunchTest : public DocumentTest, public StartupWindow {
+  protected:
+    LaunchTest() {
+        std::filesystem::create_directories(InHome("drive_c"));
+        std::filesystem::create_symlink(BinaryFolder() + "/demo-emulator", InHome("drive_c/demo"));
+        CVeltoSettings().SetEmulatorPath("C:\\demo");
+        SetValue(kDemoKey, "v", platform::StringValue("the user's"));
+        SetValue(kEmulatorConfigKey, "Country", platform::StringValue("the user's"));
+    }
+    void OnLogLine(const std::string&) override {}
+    void RunPathsDialog() override {}
+
+    void Configure(const std::vector<std::string>& options) {
+        WriteConfig("Game", ConfigText("1.67.160", options, {},
+                                       "[" + kUser + kDemoKey + "]\r\n\"v\"=\"borrowed\"\r\n[" +
+                                           kUser + kImageKey + "]\r\n\"autorun\"=\"old\"\r\n"));
+        editor.SelectByName("Game", NodeKind::Configuration);
+        ASSERT_FALSE(document.LoadConfig("Game"));
+    }
+    std::string Script(const std::string& name, const std::string& text) {
+        WriteFile(InHome(name), "#!/bin/sh\n" + text + "\n");
+        std::filesystem::permissions(InHome(name), std::filesystem::perms::owner_all);
+        return InHome(name);
+    }
+    bool Run() { return launch.OnRun(document, editor.GetSelectedConfigFile(), catalogue); }
+    void Start() { CAppStartup(environment.ConfigFolder(), *this).Run(); }
+    bool HasBackups() const {
+        return Exists(InConfig("main.bak")) || Exists(InConfig("plugins.bak"));
+    }
+    void ExpectTheUsersOwn() {
+        EXPECT_FALSE(HasBackups());
+        EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("the user's")));
+        EXPECT_THAT(StringOf(kEmulatorConfigKey, "Country"), Optional(std::string("the user's")));
+    }
+    void SetRandomValues() {
+        std::vector<platform::RegistryWrite> writes;
+        for (const std::string key : {"Vision Thing\\Other", "epsxe", "epsxe\\config"}) {
+            for (unsigned i = 0; i < 12; ++i) {
+                std::string data(random() % 40, '\0');
+                for (char& byte : data) byte = static_cast<char>(random());
+                const auto type = static_cast<platform::RegistryType>(i < 8 ? i : random());
+                const auto name = "v\\\"=" + std::to_string(random() % 20);
+                writes.push_back({kUser + "Software\\" + key, name, {type, data}});
+            }
+        }
+        ASSERT_TRUE(platform::WriteValues(*registry, writes).ok());
+    }
+    // All keys below and their values, with types and bytes.
+    std::string Branch(const std::string& key) {
+        EXPECT_TRUE(regedit::ExportKey(*files, *registry, InHome("text"), kUser + key).ok());
+        return ReadFile(InHome("text"));
+    }
+    // A longer form on request.
+    static int Times(int usual) {
+        const char* const given = std::getenv("VELTO_LAUNCH_CYCLES");
+        return given == nullptr ? usual : std::atoi(given);
+    }
+    static std::ptrdiff_t EntriesOf(const char* folder) {
+        return std::distance(std::filesystem::directory_iterator(folder), {});
+    }
+
+    CPluginCatalogue catalogue;
+    std::atomic<int> ended = 0;
+    LaunchCycle launch{[this] { ++ended; }};
+    std::mt19937 random{2026};
+};
+
+TEST_F(LaunchTest, TheRegistryComesBackWithItsTypesAndBytes) {
+    // The first run adds values, and a merge removes nothing.
+    const int times = Times(15);
+    for (int i = 0; i <= times; ++i) {
+        SetRandomValues();
+        Configure({std::string("commandLine = -change -create new -stay 0") +
+                   (i % 2 == 0 ? "" : " -crash")});
+        const auto emulator = Branch("Software\\epsxe");
+        const auto plugins = Branch("Software\\Vision Thing");
+        ASSERT_TRUE(Run());
+        launch.Wait();
+        EXPECT_TRUE(i == 0 || Branch("Software\\epsxe") == emulator) << emulator;
+        EXPECT_TRUE(i == 0 || Branch("Software\\Vision Thing") == plugins) << plugins;
+        ExpectTheUsersOwn();
+    }
+    EXPECT_EQ(ended, times + 1);
+    EXPECT_TRUE(StringOf("Software\\Vision Thing\\PSEmu Pro\\Demo", "new"));
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(LaunchTest, AKillAtAnyMomentLeavesWhatTheNextStartPutsRight) {
+    ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
+    Configure({"commandLine = -change -stay 100"});
+    SetValue(kImageKey, "autorun", platform::StringValue("the user's"));
+    const auto config = Config("Game");
+    const ProgramRun run{
+        {BinaryFolder() + "/launcher", "Game"}, {{"VELTO_HOME", home_folder.path()}}, "/"};
+    int cut_off = 0;
+    Start();
+    for (int i = Times(15); i > 0; --i) {
+        SetRandomValues();
+        const auto plugins = Branch("Software\\Vision Thing");
+        RunningProgram launcher(run, home_folder.path());
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 900));
+        launcher.Kill();
+        launcher.Wait();
+        // The emulator, a child of this process now, goes on and ends.
+        while (waitpid(-1, nullptr, 0) > 0) {
+        }
+        cut_off += HasBackups() ? 1 : 0;
+        Start();
+        EXPECT_EQ(Branch("Software\\Vision Thing"), plugins);
+        EXPECT_EQ(Config("Game"), config);
+        EXPECT_FALSE(HasBackups());
+    }
+    EXPECT_GT(cut_off, 0) << "or no kill came during a run";
+    ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 0), 0);
+}
+
+TEST_F(LaunchTest, ARunInAnotherProcessIsLeftAloneAsLongAsThatLives) {
+    const auto script = Script("script", "touch runs; while [ ! -e end ]; do sleep 0.02; done");
+    CVeltoSettings().SetEmulatorPath(script);
+    Configure({});
+    RunningProgram launcher(
+        {{BinaryFolder() + "/launcher", "Game"}, {{"VELTO_HOME", home_folder.path()}}, "/"},
+        home_folder.path());
+    while (!Exists(InHome("runs"))) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    Start();
+    EXPECT_FALSE(Run());
+    EXPECT_TRUE(Exists(InConfig("main.bak")) && Exists(InConfig("plugins.bak")));
+    EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("borrowed")));
+    EXPECT_THAT(boxes.shown, IsEmpty());
+    WriteFile(InHome("end"), "");
+    EXPECT_EQ(launcher.Wait().status, 0);
+    ExpectTheUsersOwn();
+}
+
+TEST_F(LaunchTest, TheStepsComeInTheirOrder) {
+    const auto script =
+        Script("script", "cat config/*.bak > saved; while [ ! -e end ]; do sleep 0.02; done");
+    CVeltoSettings().SetEmulatorPath(script);
+    Configure({"netFileName = net.dll", "imageFileName = C:\\a b.iso", "commandLine = -x"});
+    document.cdrIsInternalIso = document.cdrIsMooby = true;
+    document.region = "PAL";
+    document.dirty = true;
+    EXPECT_FALSE(Run()) << "answered No";
+    EXPECT_THAT(processes.requests, IsEmpty());
+    boxes.answers = {platform::BoxAnswer::Yes, platform::BoxAnswer::Yes};
+    ASSERT_TRUE(Run());
+    EXPECT_FALSE(Run()) << "it runs";
+    EXPECT_EQ(launch.Running(), "Game");
+    EXPECT_THAT(StringOf(kEmulatorConfigKey, "Country"), Optional(std::string("1")));
+    EXPECT_THAT(StringOf(kImageKey, "autorun"), Optional(std::string("C:\\a b.iso")));
+    launch.StopTelling();
+    WriteFile(InHome("end"), "");
+    launch.Wait();
+    EXPECT_EQ(launch.Running(), "");
+    EXPECT_EQ(ended, 0);
+
+    std::vector<std::string> parameters;
+    for (const auto& request : processes.requests) parameters.push_back(request.parameters);
+    EXPECT_THAT(parameters,
+                ElementsAre("/E \"main.bak\" HKEY_CURRENT_USER\\Software\\epsxe",
+                            "/E \"plugins.bak\" \"HKEY_CURRENT_USER\\Software\\Vision Thing\"",
+                            " /S \"Game.dta\"", " -nogui -x -loadbin \"C:\\a b.iso\"",
+                            " /S \"main.bak\"", " /S \"plugins.bak\""));
+    EXPECT_EQ(processes.requests[3].folder, home_folder.path());
+    EXPECT_FALSE(processes.requests[3].ends_with_parent);
+    EXPECT_THAT(ReadFile(InHome("saved")), testing::HasSubstr("\"v\"=\"the user's\""));
+    EXPECT_EQ(document.netFileName, "NET.DLL");
+    EXPECT_TRUE(document.dirty);
+    ExpectTheUsersOwn();
+}
+
+TEST_F(LaunchTest, TheRecordReachesTheEmulatorAsItsFileReachesADirectRun) {
+    Configure({"cdrFileName = cdrmooby2.dll", "imageFileName = i.bin", "driveLetter = E",
+               "multiTap = true", "enablePPF = true", "bios = b.bin", "keys3 = 1,2,3,4",
+               "spuFileName = spu.dll", "storeSubChannelLG = true", "memcard2 = m.mcr"});
+    document.cdrIsMooby = true;
+    ApplyToRegistry(document);
+    const auto direct = ReadDirectConfig(WriteRecord(document, "", false));
+    for (const auto& write : EmulatorValues(direct.value().settings)) {
+        const auto key = registry->OpenKey(write.path);
+        EXPECT_EQ(key.value()->Query(write.name).value(), write.value) << write.name;
+    }
+}
+
+TEST_F(LaunchTest, APlainStartHasItsParametersAndMergesNothing) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"NULL", " -nogui "},
+        {" -loadbin \"C:\\a b.iso\"", " -nogui  -loadbin \"C:\\a b.iso\""},
+        {"un\"balanced \xC3\xA9", " -nogui un\"balanced \xC3\xA9"},
+    };
+    for (const auto& [arguments, parameters] : cases) {
+        EXPECT_TRUE(launch.LaunchEmulator(Script("script", "exit 0"), arguments));
+        launch.Wait();
+        EXPECT_EQ(processes.requests.back().parameters, parameters);
+    }
+    CVeltoSettings().SetGuiBypassed(false);
+    EXPECT_TRUE(launch.LaunchEmulator(InHome("script"), "NULL"));
+    launch.Wait();
+    EXPECT_EQ(processes.requests.back().parameters, "");
+    EXPECT_EQ(processes.requests.size(), std::size(cases) + 1);
+}
+
+TEST_F(LaunchTest, PluginsThatTheConfigurationDoesNotUseAreUnloaded) {
+    const auto libraries = platform::MakeLibraryService(processes, environment.program);
+    const platform::HostScope with({&environment, files.get(), drives.get(), registry.get(),
+                                    &processes, nullptr, &boxes, libraries.get()});
+    for (const auto* file : {"gpu.so", "spu.so"}) {
+        catalogue.plugins().emplace_back();
+        ASSERT_TRUE(catalogue.plugins().back().Load(file, BinaryFolder() + "/test-plugins"));
+    }
+    document.gpuFileName = "GPU.SO";
+    UnloadOtherPlugins(catalogue, document);
+    EXPECT_NE(catalogue.plugins()[0].module, platform::LibraryHandle::None);
+    EXPECT_EQ(catalogue.plugins()[1].module, platform::LibraryHandle::None);
+    catalogue.UnloadAll();
+}
+
+TEST_F(LaunchTest, WhatCannotBeStartedIsToldAndTheRestIsDone) {
+    WriteFile(InHome("drive_c/text.exe"), "no program");
+    Configure({});
+    for (const std::string path : {"", "C:\\missing.exe", "C:\\", "C:\\text.exe"}) {
+        CVeltoSettings().SetEmulatorPath(path);
+        EXPECT_TRUE(Run());
+        launch.Wait();
+        EXPECT_THAT(Shown(boxes), ElementsAre("Error: Unable to locate Epsxe at " + path));
+        ExpectTheUsersOwn();
+    }
+    CVeltoSettings().SetEmulatorPath(Script("script", "touch started"));
+    environment.registry_editor = InHome("missing");
+    EXPECT_TRUE(Run());
+    launch.Wait();
+    EXPECT_TRUE(Exists(InHome("started")));
+    EXPECT_THAT(
+        Shown(boxes),
+        ElementsAre(
+            "Error: Unable to backup HKEY_CURRENT_USER\\Software\\epsxe settings",
+            "Error: Unable to backup \"HKEY_CURRENT_USER\\Software\\Vision Thing\" settings",
+            "Error: Unable to restore settings"));
+}
+
+TEST_F(LaunchTest, ManyLaunchesLeaveNothingBehind) {
+    CVeltoSettings().SetEmulatorPath(Script("script", "exit 0"));
+    environment.registry_editor = Script("editor", "[ \"$1\" = /S ] || : > \"$2\"");
+    Configure({});
+    const auto launch_often = [&](int times) {
+        for (int i = 0; i < times && Run(); ++i) {
+            launch.Wait();
+            processes.requests.clear();
+        }
+    };
+    launch_often(5);
+    const auto heap = LiveHeapBytes();
+    const auto descriptors = EntriesOf("/proc/self/fd");
+    launch_often(Times(30));
+    EXPECT_LT(LiveHeapBytes(), heap + 8192);
+    EXPECT_EQ(EntriesOf("/proc/self/fd"), descriptors);
+    EXPECT_EQ(EntriesOf("/proc/self/task"), 1);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child";
+    EXPECT_GE(ended, 35);
+}
+
+}  // namespace
+}  // namespace velto::test

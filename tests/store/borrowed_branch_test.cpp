@@ -1,0 +1,168 @@
+#include "store/borrowed_branch.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/home_test.h"
+#include "support/shown.h"
+
+namespace velto::test {
+namespace {
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+using testing::UnorderedElementsAre;
+
+constexpr const char* kEmulator = "Software\\epsxe\\config";
+constexpr const char* kPlugin = "Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo";
+constexpr const char* kNoRestore = "Error: Unable to restore settings";
+constexpr const char* kNoMain =
+    "Error: Unable to backup HKEY_CURRENT_USER\\Software\\epsxe settings";
+constexpr const char* kNoPlugins =
+    "Error: Unable to backup \"HKEY_CURRENT_USER\\Software\\Vision Thing\" settings";
+
+std::string Backup(const std::string& key, const std::string& value) {
+    return "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\" + key + "]\r\n\"v\"=\"" + value + "\"\r\n";
+}
+
+class BorrowedBranchTest : public HomeTest {
+  protected:
+    void SetBoth(const std::string& value) {
+        SetValue(kEmulator, "v", platform::StringValue(value));
+        SetValue(kPlugin, "v", platform::StringValue(value));
+    }
+    std::vector<std::string> Both() {
+        return {StringOf(kEmulator, "v").value_or(""), StringOf(kPlugin, "v").value_or("")};
+    }
+    std::vector<std::string> Files() { return files->List(folder).value(); }
+    std::optional<BorrowedBranch> ForRun() { return BorrowedBranch::ForRun(folder, settings); }
+    // A registry editor of which the run of this number, from 1, does something else.
+    void EditorWith(int run, const std::string& instead) {
+        std::filesystem::remove(InHome("runs"));
+        WriteFile(InHome("editor"), "#!/bin/sh\necho >> " + InHome("runs") + "\nif [ $(wc -l < " +
+                                        InHome("runs") + ") = " + std::to_string(run) +
+                                        " ]; then\n" + instead + "\nfi\nexec " + BinaryFolder() +
+                                        "/velto-regedit \"$@\"\n");
+        std::filesystem::permissions(InHome("editor"), std::filesystem::perms::owner_all);
+        environment.registry_editor = InHome("editor");
+    }
+
+    const std::string folder = environment.ConfigFolder();
+    CVeltoSettings settings;
+};
+
+TEST_F(BorrowedBranchTest, ARunThatHoldsTheBackupIsLeftAlone) {
+    EXPECT_TRUE(ForRun()) << "there is nothing to save yet";
+    SetBoth("user's");
+    auto run = ForRun();
+    ASSERT_TRUE(run);
+    EXPECT_THAT(Files(), UnorderedElementsAre("main.bak", "plugins.bak"));
+    SetBoth("borrowed");
+    EXPECT_FALSE(ForRun());
+    EXPECT_FALSE(BorrowedBranch::ForPlugins(folder, settings));
+    EXPECT_TRUE(IsRunUnderWay(folder));
+    EXPECT_THAT(Both(), ElementsAre("borrowed", "borrowed"));
+    run.reset();
+    EXPECT_THAT(Both(), ElementsAre("user's", "user's")) << "given back by the destructor";
+    EXPECT_THAT(Files(), IsEmpty());
+    EXPECT_FALSE(IsRunUnderWay(folder));
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(BorrowedBranchTest, WhatIsFoundIsMergedFirstOrNothingIsBorrowed) {
+    for (const std::string broken : {"main.bak", "plugins.bak"}) {
+        SetBoth("borrowed");
+        WriteFile(InConfig("main.bak"), Backup(kEmulator, "kept"));
+        WriteFile(InConfig("plugins.bak"), Backup(kPlugin, "kept"));
+        WriteFile(InConfig(broken), "cut short");
+        EXPECT_FALSE(ForRun());
+        EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore));
+        EXPECT_THAT(Files(), ElementsAre(broken));
+        WriteFile(InConfig(broken), Backup(broken == "main.bak" ? kEmulator : kPlugin, "kept"));
+        auto run = ForRun();
+        ASSERT_TRUE(run);
+        EXPECT_THAT(Both(), ElementsAre("kept", "kept"));
+    }
+    WriteFile(InConfig("main.bak"), "cut short");
+    WriteFile(InConfig("plugins.bak"), "cut short");
+    environment.registry_editor = InHome("missing");
+    EXPECT_FALSE(ForRun());
+    EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore)) << "once";
+}
+
+TEST_F(BorrowedBranchTest, AChangeToPluginSettingsBorrowsTheirBranchAlone) {
+    SetBoth("user's");
+    WriteFile(InConfig("main.bak"), "of a run whose merge failed");
+    auto branch = BorrowedBranch::ForPlugins(folder, settings);
+    ASSERT_TRUE(branch);
+    EXPECT_EQ(processes.requests.at(0).parameters,
+              "/E \"plugins.bak\" \"HKEY_CURRENT_USER\\Software\\Vision Thing\\PSEmu Pro\"");
+    SetBoth("borrowed");
+    branch->GiveBack(settings);
+    EXPECT_THAT(Both(), ElementsAre("borrowed", "user's"));
+    EXPECT_THAT(Files(), ElementsAre("main.bak"));
+}
+
+TEST_F(BorrowedBranchTest, WithoutABackupNothingIsBorrowedAndNoneIsLeft) {
+    const auto half = "printf REGEDIT4 > \"$2\"; "s;
+    for (const auto& instead : {"exit 0"s, "exit 1"s, half + "exit 1", half + "kill -9 $$"}) {
+        for (const int run : {1, 2}) {
+            EditorWith(run, instead);
+            EXPECT_FALSE(ForRun()) << instead;
+            EXPECT_THAT(Shown(boxes), ElementsAre(run == 1 ? kNoMain : kNoPlugins));
+            EXPECT_THAT(Files(), IsEmpty());
+        }
+    }
+}
+
+TEST_F(BorrowedBranchTest, ABackupWhoseMergeFailedIsKept) {
+    for (const int failing : {3, 4}) {
+        SetBoth("user's");
+        EditorWith(failing, "exit 1");
+        auto run = ForRun();
+        ASSERT_TRUE(run);
+        SetBoth("borrowed");
+        run->GiveBack(settings);
+        EXPECT_THAT(Files(), ElementsAre(failing == 3 ? "main.bak" : "plugins.bak"));
+        EXPECT_FALSE(IsRunUnderWay(folder));
+        EXPECT_TRUE(ForRun());
+        EXPECT_THAT(Both(), ElementsAre("user's", "user's"));
+    }
+    EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(BorrowedBranchTest, OnlyTheBackupThatWasMadeHereIsMerged) {
+    auto run = ForRun();
+    ASSERT_TRUE(run);
+    SetBoth("borrowed");
+    std::filesystem::remove(InConfig("main.bak"));
+    WriteFile(InConfig("main.bak"), Backup(kEmulator, "another's"));
+    run->GiveBack(settings);
+    EXPECT_THAT(Both(), ElementsAre("borrowed", "borrowed"));
+    EXPECT_THAT(Files(), UnorderedElementsAre("main.bak", "plugins.bak"));
+}
+
+TEST_F(BorrowedBranchTest, AnEditorThatHangsCanBeEnded) {
+    class Counter : public RegistryEditorWait {
+      public:
+        void Repaint() override { ++repaints; }
+        int repaints = 0;
+    } counter;
+    settings.SetEditorWait(&counter);
+    EditorWith(1, "exec sleep 60");
+    boxes.answers = {platform::BoxAnswer::Yes};
+    EXPECT_FALSE(ForRun());
+    EXPECT_GT(counter.repaints, 10);
+    ASSERT_EQ(boxes.shown.size(), 2U);
+    EXPECT_THAT(boxes.shown[0].text, testing::HasSubstr(environment.registry_editor));
+    EXPECT_EQ("Error: " + boxes.shown[1].text, kNoMain);
+    EXPECT_THAT(Files(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace velto::test
