@@ -7,32 +7,18 @@
 
 #include "launch/command_line.h"
 #include "launch/velto_app.h"
-#include "platform/drives.h"
-#include "platform/environment.h"
-#include "platform/files.h"
-#include "platform/host.h"
-#include "platform/instance.h"
-#include "platform/libraries.h"
-#include "platform/process.h"
-#include "platform/registry.h"
+#include "platform/real_host.h"
 #include "shell/windows_loader.h"
 
 namespace {
 
 int Run(const std::vector<std::string>& arguments) {
-    namespace platform = velto::platform;
-    const auto files = platform::MakeFileService();
-    const auto environment = platform::ReadEnvironment(*files);
-    const auto drives = platform::MakeDriveTable(*files, environment.drives, environment.home);
-    const auto registry = platform::MakeSqliteRegistry(environment.RegistryFile());
-    const auto processes = platform::MakeProcessService(environment);
-    const auto instance = platform::MakeInstanceService(environment.program, environment.home);
-    velto::WindowsLoader windows(environment.program);
-    const auto libraries = platform::MakeLibraryService(*processes, environment.program);
-    const platform::HostScope scope({&environment, files.get(), drives.get(), registry.get(),
-                                     processes.get(), instance.get(), &windows, libraries.get()});
+    const velto::platform::RealHost host;
+    const auto& program = host.environment().program;
+    velto::WindowsLoader windows(program);
+    const velto::platform::HostScope scope(host.Services(windows));
 
-    velto::CVeltoApp app(velto::CommandLineText(environment.program, arguments), windows);
+    velto::CVeltoApp app(velto::CommandLineText(program, arguments), windows);
     app.InitInstance();
     return app.exitStatus();
 }

@@ -1,6 +1,7 @@
 #include "platform/child_linux.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -8,12 +9,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
+#include <memory>
 #include <utility>
 
 #include "platform/retrying.h"
 
-// All but the plan's constructor runs behind the fork, where another thread may have held any
-// lock: only async-signal-safe calls.
+// BecomeProgram and what it calls run in the child, which shares the memory of a process whose
+// other threads may hold any lock: only async-signal-safe calls, and no object of the heap changes
+// its size.
 namespace velto::platform {
 namespace {
 
@@ -74,22 +78,12 @@ bool ResetSignals() {
     return sigprocmask(SIG_SETMASK, &none, nullptr) == 0;
 }
 
+// A parent that ended before that call sends no signal any more.
 bool TieToParent(pid_t parent) {
-    if (prctl(PR_SET_PDEATHSIG, SIGKILL) != 0) return false;
-    // A parent that ended before that call sends no signal any more.
-    if (getppid() != parent) _exit(kExitFailedChild);
-    return true;
+    return prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && getppid() == parent;
 }
 
-}  // namespace
-
-ChildPlan::ChildPlan(std::vector<std::string> command, std::vector<std::string> variables)
-    : arguments(std::move(command)),
-      environment(std::move(variables)),
-      argument_pointers(Pointers(arguments)),
-      environment_pointers(Pointers(environment)),
-      parent(getpid()) {}
-
+// `report` is the write end of a pipe, closed on exec. A ChildFailure goes there if this returns.
 void BecomeProgram(ChildPlan& plan, int report) {
     ChildFailure failure;
     if (ArrangeDescriptors(plan.descriptors, report) && setsid() >= 0 &&
@@ -103,7 +97,49 @@ void BecomeProgram(ChildPlan& plan, int report) {
     }
     failure.error = errno;
     static_cast<void>(Retrying([&] { return write(report, &failure, sizeof failure); }));
-    _exit(kExitFailedChild);
+}
+
+// Keeps this process's signal handlers from running in the child.
+class SignalsBlocked {
+  public:
+    SignalsBlocked() {
+        sigset_t all{};
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &previous_);
+    }
+    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+  private:
+    sigset_t previous_{};
+};
+
+}  // namespace
+
+ChildPlan::ChildPlan(std::vector<std::string> command, std::vector<std::string> variables)
+    : arguments(std::move(command)),
+      environment(std::move(variables)),
+      argument_pointers(Pointers(arguments)),
+      environment_pointers(Pointers(environment)),
+      parent(getpid()) {}
+
+// In memory of its own the child would have to copy this process's page tables first, which takes a
+// large process longer than all the rest. This thread stands still until the child is done with it.
+pid_t StartChild(ChildPlan& plan, int report) {
+    constexpr std::size_t kStackSize = std::size_t{64} << 10;
+    const auto stack = std::make_unique<std::byte[]>(kStackSize);
+    struct Child {
+        ChildPlan& plan;
+        int report;
+    } child{plan, report};
+    const auto run = [](void* given) {
+        const auto& own = *static_cast<Child*>(given);
+        BecomeProgram(own.plan, own.report);
+        return kExitFailedChild;
+    };
+    const SignalsBlocked blocked;
+    return clone(run, stack.get() + kStackSize, CLONE_VM | CLONE_VFORK | SIGCHLD, &child);
 }
 
 }  // namespace velto::platform

@@ -1,4 +1,4 @@
-// The child's side of starting a program: what it does between fork and exec.
+// The child's side of starting a program: what it does before it becomes that.
 // For the Linux form of the process service alone.
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace velto::platform {
 
-// All that the child needs, laid out before the fork.
+// All that the child needs, laid out before it exists.
 struct ChildPlan {
     // The program's absolute path and its arguments; "name=value" texts.
     ChildPlan(std::vector<std::string> command, std::vector<std::string> variables);
@@ -21,7 +21,7 @@ struct ChildPlan {
     std::vector<char*> argument_pointers;  // into the texts above, with a null at the end
     std::vector<char*> environment_pointers;
     std::string folder;             // empty: the parent's
-    bool ends_with_parent = false;  // SIGKILL when the thread that forked ends
+    bool ends_with_parent = false;  // SIGKILL when the thread that started it ends
     std::vector<int> descriptors;   // become numbers 3, 4, ...
     pid_t parent;
 };
@@ -33,8 +33,8 @@ struct ChildFailure {
     int error = 0;  // an errno value
 };
 
-// Called in the child. `report` is the write end of a pipe, closed on exec; a ChildFailure goes
-// there, and the child ends.
-[[noreturn]] void BecomeProgram(ChildPlan& plan, int report);
+// The child's number, or -1 with the reason in errno. It has become the program when this returns,
+// or has failed: then a ChildFailure is in the pipe whose write end, closed on exec, is `report`.
+pid_t StartChild(ChildPlan& plan, int report);
 
 }  // namespace velto::platform

@@ -25,22 +25,6 @@
 namespace velto::platform {
 namespace {
 
-// Keeps this process's signal handlers from running in the child.
-class SignalsBlocked {
-  public:
-    SignalsBlocked() {
-        sigset_t all{};
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &previous_);
-    }
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
-  private:
-    sigset_t previous_{};
-};
-
 // Children that nobody has waited for. What is left of those that have ended is collected when
 // the next child is started, so that a long-lived process doesn't gather zombies.
 class Strays {
@@ -167,7 +151,7 @@ class LinuxProcesses : public ProcessService {
         plan.folder = request.folder;
         plan.ends_with_parent = request.ends_with_parent;
         plan.descriptors = request.descriptors;
-        return Fork(plan);
+        return Start(plan);
     }
 
   private:
@@ -215,19 +199,14 @@ class LinuxProcesses : public ProcessService {
         return result;
     }
 
-    Result<std::unique_ptr<ChildProcess>> Fork(ChildPlan& plan) const {
+    Result<std::unique_ptr<ChildProcess>> Start(ChildPlan& plan) const {
         const auto& program = plan.arguments.front();
         std::array<int, 2> ends{};
         if (pipe2(ends.data(), O_CLOEXEC) != 0) return SystemError(program);
         const Descriptor report(ends[0]);
         Descriptor childs_end(ends[1]);
 
-        const pid_t child = [&] {
-            const SignalsBlocked blocked;
-            const pid_t forked = fork();
-            if (forked == 0) BecomeProgram(plan, childs_end.get());
-            return forked;
-        }();
+        const pid_t child = StartChild(plan, childs_end.get());
         if (child < 0) return SystemError(program);
         childs_end.Reset();
 

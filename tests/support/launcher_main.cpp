@@ -2,29 +2,18 @@
 // home in VELTO_HOME and ends when the registry has been given back.
 #include "fake_editor.h"
 #include "launch/launch_cycle.h"
-#include "platform/drives.h"
-#include "platform/environment.h"
-#include "platform/host.h"
-#include "platform/message_box.h"
-#include "platform/process.h"
-
-namespace platform = velto::platform;
+#include "platform/real_host.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) return 2;
-    const auto files = platform::MakeFileService();
-    const auto environment = platform::ReadEnvironment(*files);
-    const auto drives = platform::MakeDriveTable(*files, environment.drives, environment.home);
-    const auto registry = platform::MakeSqliteRegistry(environment.RegistryFile());
-    const auto processes = platform::MakeProcessService(environment);
-    const auto boxes = platform::MakeStandardErrorBoxes();
-    const platform::HostScope scope({&environment, files.get(), drives.get(), registry.get(),
-                                     processes.get(), nullptr, boxes.get()});
-    if (!registry->OpenStore({}).ok()) return 3;
+    const velto::platform::RealHost host;
+    const auto boxes = velto::platform::MakeStandardErrorBoxes();
+    const velto::platform::HostScope scope(host.Services(*boxes));
+    if (!host.registry().OpenStore({}).ok()) return 3;
 
     velto::test::FakeEditor editor;
     editor.selected = argv[1];
-    velto::CVeltoDoc document(environment.ConfigFolder(), editor);
+    velto::CVeltoDoc document(host.environment().ConfigFolder(), editor);
     velto::CPluginCatalogue catalogue;
     velto::LaunchCycle launch([] {});
     document.LoadConfig(editor.selected);
