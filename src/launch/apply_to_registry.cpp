@@ -40,11 +40,11 @@ EmulatorSettings SettingsOf(const ConfigRecord& record) {
 }
 
 void ApplyToRegistry(ConfigRecord& record) {
+    std::ignore = platform::WriteValues(platform::Registry(), EmulatorValues(SettingsOf(record)));
     for (auto* const file :
          {&record.cdrFileName, &record.spuFileName, &record.gpuFileName, &record.netFileName}) {
         *file = platform::Upper(*file);
     }
-    std::ignore = platform::WriteValues(platform::Registry(), EmulatorValues(SettingsOf(record)));
 }
 
 }  // namespace velto

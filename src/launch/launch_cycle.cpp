@@ -7,6 +7,8 @@
 #include "launch/apply_to_registry.h"
 #include "launch/emulator_values.h"
 #include "platform/ascii.h"
+#include "platform/file_search.h"
+#include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/stored_path.h"
@@ -58,7 +60,8 @@ bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCat
     auto& settings = document.settings;
     auto branch = BorrowedBranch::ForRun(document.configDir, settings);
     if (!branch) return false;
-    settings.RestoreFile(file, document.configDir);
+    const auto found = platform::FindFile(platform::Files(), document.configDir, file);
+    settings.RestoreFile(found.value_or(file), document.configDir);
     // Behind the merge, which may bring in an image of its own.
     ApplyToRegistry(document);
     const auto arguments =

@@ -46,7 +46,9 @@ void AppendToLog(std::string_view text, bool anew) {
 }  // namespace
 
 CAppStartup::CAppStartup(std::string configDir, StartupWindow& window)
-    : configDir_(std::move(configDir)), window_(window) {}
+    : configDir_(std::move(configDir)), window_(window) {
+    settings_.SetEditorWait(&window);
+}
 
 void CAppStartup::Run() {
     AppendToLog(kFirstLine, true);

@@ -1,3 +1,6 @@
+#include <map>
+
+#include "platform/file_search.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "shell/epsxe_tree.h"
@@ -12,12 +15,26 @@ bool Confirm(const std::string& question, const std::string& caption) {
 }
 
 // False after a message. What is gone already is as it should be.
-bool DeleteFile(const std::string& folder, const TreeNode& configuration) {
-    const auto file = FileOf(folder, configuration);
+bool DeleteFile(const std::string& folder, const std::string& file) {
     const auto removed = platform::Files().Remove(platform::JoinPath(folder, file));
     if (removed.ok() || removed.error().kind == platform::ErrorKind::NotFound) return true;
     platform::Boxes().Show({"Unable to delete " + file + ": " + removed.error().text, "Error"});
     return false;
+}
+
+// The files of all configurations by name, an exact ending before another spelling of it: asking
+// the folder for one after the other would list it each time.
+std::map<std::string, std::string> FilesByName(const std::string& folder) {
+    std::map<std::string, std::string> files;
+    for (auto& file : platform::FindFilesEndingIn(platform::Files(), folder, kConfigEnding)) {
+        const auto name = file.substr(0, file.size() - kConfigEnding.size());
+        if (file.ends_with(kConfigEnding)) {
+            files.insert_or_assign(name, std::move(file));
+        } else {
+            files.try_emplace(name, std::move(file));
+        }
+    }
+    return files;
 }
 
 std::size_t CountConfigurations(const TreeNode& node) {
@@ -31,7 +48,7 @@ std::size_t CountConfigurations(const TreeNode& node) {
 class GroupDeletion {
   public:
     GroupDeletion(const std::string& folder, TreeWindow& window, GroupLists& lists)
-        : folder_(folder), window_(window), lists_(lists) {}
+        : folder_(folder), files_(FilesByName(folder)), window_(window), lists_(lists) {}
 
     void Delete(const TreeNode& group) {
         what_ = "Deleting group " + group.text;
@@ -50,10 +67,13 @@ class GroupDeletion {
         return true;
     }
     bool DeleteOne(const TreeNode& configuration) {
-        return window_.Progress(what_, done_++, total_) && DeleteFile(folder_, configuration);
+        if (!window_.Progress(what_, done_++, total_)) return false;
+        const auto file = files_.find(configuration.text);
+        return file == files_.end() || DeleteFile(folder_, file->second);
     }
 
     const std::string& folder_;
+    const std::map<std::string, std::string> files_;
     TreeWindow& window_;
     GroupLists& lists_;
     std::string what_;
@@ -64,7 +84,7 @@ class GroupDeletion {
 // True if the user said yes, whatever came of it: what is left is read anew.
 bool DeleteConfiguration(const std::string& folder, const TreeNode& node) {
     if (!Confirm("Are you sure you wish to delete this file?", "Confirm Delete")) return false;
-    DeleteFile(folder, node);
+    DeleteFile(folder, FileOf(folder, node));
     return true;
 }
 

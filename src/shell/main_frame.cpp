@@ -45,8 +45,18 @@ CMainFrame::CMainFrame(std::string configDir, CPluginCatalogue& catalogue, Launc
       tree_(document_, tree_window) {}
 
 void CMainFrame::OnCreate() {
-    for (const auto& row : kToggles) window_.SetChecked(row.command, (settings.*row.read)());
+    ShowToggles();
     tree_.OnUpdate();
+}
+
+// The emulator's own settings are what they were before the run, the log window's among them.
+void CMainFrame::OnRunEnded() {
+    window_.ShowRunning(launch_.Running());
+    ShowToggles();
+}
+
+void CMainFrame::ShowToggles() {
+    for (const auto& row : kToggles) window_.SetChecked(row.command, (settings.*row.read)());
 }
 
 WindowPlace CMainFrame::StoredPlace() const {

@@ -75,7 +75,7 @@ class CMainFrame : public Editor {
     // The button "Launch Epsxe".
     void OnRun();
     // A run has ended.
-    void OnRunEnded() { window_.ShowRunning(launch_.Running()); }
+    void OnRunEnded();
 
     // The window was hidden.
     void OnHidden() { UnloadOtherPlugins(catalogue_, document_); }
@@ -108,6 +108,7 @@ class CMainFrame : public Editor {
     void OnNewGroup();
     void OnCopy();
     void Toggle(Command toggle);
+    void ShowToggles();
     void BypassGui();
     std::string SelectedGroup() const;
     bool MayClose();

@@ -82,6 +82,10 @@ void CAppStartupWindow::Run(CAppStartup& startup) {
 
 void CAppStartupWindow::OnLogLine(const std::string& line) {
     log_->appendPlainText(FromBytes(line));
+    Repaint();
+}
+
+void CAppStartupWindow::Repaint() {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 

@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "platform/environment.h"
 #include "platform/file_search.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
@@ -29,12 +30,25 @@ struct BorrowedBranch::Branch {
     std::string key;
 };
 
+// Two homes may share a configuration folder, and two folders a registry. (The folder of the
+// registry is locked: SQLite loses its own locks if another descriptor of its file is closed.)
 std::optional<BranchTurn> BranchTurn::Take(const std::string& configDir) {
-    auto folder = FileLock::Take(configDir);
-    if (IsTaken(folder) || IsTaken(FileLock::Take(JoinPath(configDir, kMainBackup)))) return {};
     BranchTurn turn;
-    if (folder.ok()) turn.folder_ = std::move(folder).value();
+    const bool free = turn.Lock(platform::FolderOf(platform::HostEnvironment().RegistryFile())) &&
+                      turn.Lock(configDir) &&
+                      !IsTaken(FileLock::Take(JoinPath(configDir, kMainBackup)));
+    if (!free) return {};
     return turn;
+}
+
+bool BranchTurn::Lock(const std::string& path) {
+    for (const auto& lock : locks_) {
+        if (lock.IsOn(path)) return true;
+    }
+    auto lock = FileLock::Take(path);
+    if (IsTaken(lock)) return false;
+    if (lock.ok()) locks_.push_back(std::move(lock).value());
+    return true;
 }
 
 std::optional<BorrowedBranch> BorrowedBranch::ForRun(const std::string& configDir,
@@ -60,19 +74,19 @@ BorrowedBranch::~BorrowedBranch() {
 
 void BorrowedBranch::GiveBack(CVeltoSettings& settings) {
     auto merged = std::exchange(backups_, {});
+    // Both are held until the backups are gone.
+    const auto turn = std::move(turn_);
     const auto run = std::move(run_);
     if (run && !run->IsOn(JoinPath(config_dir_, kMainBackup))) return;
     std::erase_if(
         merged, [&](const char* backup) { return settings.RestoreFile(backup, config_dir_) != 0; });
-    // Or whoever finds no `main.bak` may make a `plugins.bak` before the former one is deleted.
-    const auto turn = FileLock::Take(config_dir_);
     Delete(merged);
 }
 
 std::optional<BorrowedBranch> BorrowedBranch::Borrow(const std::string& configDir,
                                                      std::initializer_list<Branch> branches,
                                                      CVeltoSettings& settings) {
-    const auto turn = BranchTurn::Take(configDir);
+    auto turn = BranchTurn::Take(configDir);
     if (!turn) return {};
     bool all_merged = true;
     for (const auto& branch : branches) {
@@ -82,7 +96,7 @@ std::optional<BorrowedBranch> BorrowedBranch::Borrow(const std::string& configDi
         Report("Unable to restore settings");
         return {};
     }
-    BorrowedBranch borrowed(configDir);
+    BorrowedBranch borrowed(configDir, *std::move(turn));
     for (const auto& branch : branches) {
         if (!borrowed.Save(branch, settings)) return {};
     }

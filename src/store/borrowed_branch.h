@@ -1,10 +1,10 @@
 // The live registry branch of emulator and plug-ins, borrowed: the user's state is saved in front,
 // whoever borrowed it writes what he likes, and at the end the saved state is merged back.
 //
-// The backups stand in the configuration folder. `main.bak` exists while a run of the emulator
-// borrows the branch, and is locked by the process that waits for the run: so a run that lives is
-// known from a backup that a process left behind, in whichever process one asks. One whose merge
-// failed is kept, and tried again by the next who borrows.
+// The backups stand in the configuration folder. Registry and folder are locked as long as the
+// branch is borrowed, and `main.bak`, the backup of a run, too: so a run that lives is known from
+// a backup that a process left behind, in whichever process and for whichever folder one asks. A
+// backup whose merge failed is kept, and tried again by the next who borrows.
 #pragma once
 
 #include <initializer_list>
@@ -21,19 +21,21 @@ namespace velto {
 inline constexpr const char* kMainBackup = "main.bak";
 inline constexpr const char* kPluginsBackup = "plugins.bak";
 
-// The right to begin with the backups of one folder, held by one at a time among all processes.
+// The right to work with the live branch and the backups of one folder, held by one at a time
+// among all processes.
 class BranchTurn {
   public:
-    // Nothing while a run holds `main.bak`, or somebody else has the turn. `configDir` is a host
-    // path without a separator at its end.
+    // Nothing while somebody else has it for this registry or this folder. `configDir` is a host
+    // path without a separator at its end. File systems without locks count as free.
     static std::optional<BranchTurn> Take(const std::string& configDir);
 
   private:
-    // Nothing on a file system without locks.
-    std::optional<platform::FileLock> folder_;
+    bool Lock(const std::string& path);
+
+    std::vector<platform::FileLock> locks_;
 };
 
-// Whether a run borrows the branch, in this process or another.
+// Whether the branch is borrowed, in this process or another.
 inline bool IsRunUnderWay(const std::string& configDir) {
     return !BranchTurn::Take(configDir);
 }
@@ -68,7 +70,8 @@ class BorrowedBranch {
   private:
     struct Branch;
 
-    explicit BorrowedBranch(std::string configDir) : config_dir_(std::move(configDir)) {}
+    BorrowedBranch(std::string configDir, BranchTurn turn)
+        : config_dir_(std::move(configDir)), turn_(std::move(turn)) {}
 
     static std::optional<BorrowedBranch> Borrow(const std::string& configDir,
                                                 std::initializer_list<Branch> branches,
@@ -81,6 +84,7 @@ class BorrowedBranch {
     void Delete(const std::vector<const char*>& backups);
 
     std::string config_dir_;
+    BranchTurn turn_;
     std::vector<const char*> backups_;       // made and not given back
     std::optional<platform::FileLock> run_;  // on `main.bak`, if that was made
 };

@@ -125,12 +125,13 @@ BoxPresenter::~BoxPresenter() {
 BoxAnswer BoxPresenter::Show(const platform::MessageBox& box) {
     const auto request = std::make_shared<Request>(Request{box});
     std::unique_lock lock(waiting_->mutex);
-    auto* const application = QCoreApplication::instance();
+    // Not asked for once it may be on its way out.
+    auto* const application = waiting_->closed ? nullptr : QCoreApplication::instance();
     if (application != nullptr && application->thread() == QThread::currentThread()) {
         lock.unlock();
         return ShowHere(box);
     }
-    if (application != nullptr && !waiting_->closed) {
+    if (application != nullptr) {
         const auto present = [request, waiting = waiting_.get()] {
             std::unique_lock here(waiting->mutex);
             if (waiting->closed) return;

@@ -1,9 +1,8 @@
 // Shows message boxes with Qt, on the user interface thread, whichever thread asks.
 //
 // Made on that thread, behind the QApplication; Close() or the destructor comes before the
-// application's end. From then on a box that another thread asks for, or that waits to be shown,
-// goes to standard error, as does every box while there is no application: no thread waits for
-// windows that are gone.
+// application's end. From then on a box goes to standard error, one that waits to be shown too, as
+// does every box while there is no application: no thread waits for windows that are gone.
 #pragma once
 
 #include <memory>

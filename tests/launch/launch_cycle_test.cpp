@@ -17,6 +17,7 @@
 #include "shell/app_startup.h"
 #include "store/document_test.h"
 #include "support/config_text.h"
+#include "support/failing_files.h"
 #include "support/heap.h"
 #include "support/run_program.h"
 #include "support/shown.h"
@@ -44,6 +45,7 @@ class LaunchTest : public DocumentTest, public StartupWindow {
     }
     void OnLogLine(const std::string&) override {}
     void RunPathsDialog() override {}
+    void Repaint() override {}
 
     void Configure(const std::vector<std::string>& options) {
         WriteConfig("Game", ConfigText("1.67.160", options, {},
@@ -102,7 +104,7 @@ class LaunchTest : public DocumentTest, public StartupWindow {
 
 TEST_F(LaunchTest, TheRegistryComesBackWithItsTypesAndBytes) {
     // The first run adds values, and a merge removes nothing.
-    const int times = Times(15);
+    const int times = Times(100);
     for (int i = 0; i <= times; ++i) {
         SetRandomValues();
         Configure({std::string("commandLine = -change -create new -stay 0") +
@@ -129,7 +131,7 @@ TEST_F(LaunchTest, AKillAtAnyMomentLeavesWhatTheNextStartPutsRight) {
         {BinaryFolder() + "/launcher", "Game"}, {{"VELTO_HOME", home_folder.path()}}, "/"};
     int cut_off = 0;
     Start();
-    for (int i = Times(15); i > 0; --i) {
+    for (int i = Times(30); i > 0; --i) {
         SetRandomValues();
         const auto plugins = Branch("Software\\Vision Thing");
         RunningProgram launcher(run, home_folder.path());
@@ -161,6 +163,17 @@ TEST_F(LaunchTest, ARunInAnotherProcessIsLeftAloneAsLongAsThatLives) {
     EXPECT_FALSE(Run());
     EXPECT_TRUE(Exists(InConfig("main.bak")) && Exists(InConfig("plugins.bak")));
     EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("borrowed")));
+    // Another folder of configurations over the same registry has to wait; another registry
+    // with a folder of its own has nothing to do with it.
+    std::filesystem::create_directories(InHome("other/config"));
+    std::filesystem::copy(InConfig("Game.dta"), InHome("other/config/Game.dta"));
+    const auto launches = [&](const std::string& home, const std::string& start) {
+        const ProgramRun run{{BinaryFolder() + "/launcher", "Game"}, {{"VELTO_HOME", home}}, start};
+        return RunProgram(run).status == 0;
+    };
+    EXPECT_FALSE(launches(home_folder.path(), InHome("other")));
+    EXPECT_FALSE(launches(InHome("other"), home_folder.path()));
+    EXPECT_TRUE(launches(InHome("other"), "/"));
     EXPECT_THAT(boxes.shown, IsEmpty());
     WriteFile(InHome("end"), "");
     EXPECT_EQ(launcher.Wait().status, 0);
@@ -207,10 +220,11 @@ TEST_F(LaunchTest, TheStepsComeInTheirOrder) {
 TEST_F(LaunchTest, TheRecordReachesTheEmulatorAsItsFileReachesADirectRun) {
     Configure({"cdrFileName = cdrmooby2.dll", "imageFileName = i.bin", "driveLetter = E",
                "multiTap = true", "enablePPF = true", "bios = b.bin", "keys3 = 1,2,3,4",
-               "spuFileName = spu.dll", "storeSubChannelLG = true", "memcard2 = m.mcr"});
+               "spuFileName = spu.dll", "storeSubChannelLG = true", "memcard2 = m.mcr",
+               "netFileName = null"});
     document.cdrIsMooby = true;
-    ApplyToRegistry(document);
     const auto direct = ReadDirectConfig(WriteRecord(document, "", false));
+    ApplyToRegistry(document);
     for (const auto& write : EmulatorValues(direct.value().settings)) {
         const auto key = registry->OpenKey(write.path);
         EXPECT_EQ(key.value()->Query(write.name).value(), write.value) << write.name;
@@ -260,9 +274,10 @@ TEST_F(LaunchTest, WhatCannotBeStartedIsToldAndTheRestIsDone) {
         EXPECT_THAT(Shown(boxes), ElementsAre("Error: Unable to locate Epsxe at " + path));
         ExpectTheUsersOwn();
     }
-    CVeltoSettings().SetEmulatorPath(Script("script", "touch started"));
+    CVeltoSettings().SetEmulatorPath(Script("script", "touch started; sleep 1"));
     environment.registry_editor = InHome("missing");
     EXPECT_TRUE(Run());
+    EXPECT_FALSE(Run()) << "no backup shows it, but it runs";
     launch.Wait();
     EXPECT_TRUE(Exists(InHome("started")));
     EXPECT_THAT(
@@ -271,6 +286,53 @@ TEST_F(LaunchTest, WhatCannotBeStartedIsToldAndTheRestIsDone) {
             "Error: Unable to backup HKEY_CURRENT_USER\\Software\\epsxe settings",
             "Error: Unable to backup \"HKEY_CURRENT_USER\\Software\\Vision Thing\" settings",
             "Error: Unable to restore settings"));
+}
+
+TEST_F(LaunchTest, AFileIsTakenAsItIsSpelled) {
+    CVeltoSettings().SetEmulatorPath(Script("script", "exit 0"));
+    Configure({});
+    ASSERT_TRUE(files->Rename(InConfig("Game.dta"), InConfig("Game.DTA")).ok());
+    EXPECT_TRUE(Run());
+    launch.Wait();
+    EXPECT_EQ(processes.requests.at(2).parameters, " /S \"Game.DTA\"");
+}
+
+TEST_F(LaunchTest, AConfigurationThatIsDeletedMeanwhileRunsAsItIsInHand) {
+    CVeltoSettings().SetEmulatorPath(Script("script", "touch started"));
+    Configure({"region = PAL"});
+    ASSERT_TRUE(files->Remove(InConfig("Game.dta")).ok());
+    EXPECT_TRUE(Run());
+    EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("the user's")));
+    launch.Wait();
+    EXPECT_TRUE(Exists(InHome("started")));
+    EXPECT_FALSE(Exists(InConfig("Game.dta")));
+    EXPECT_THAT(boxes.shown, IsEmpty());
+    ExpectTheUsersOwn();
+}
+
+TEST_F(LaunchTest, BackupsThatCannotBeDeletedAreMergedAllTheSameAndStopTheNextRun) {
+    // A folder that turns read-only during the run.
+    class Undeletable : public FailingFiles {
+      public:
+        using FailingFiles::FailingFiles;
+        platform::Status Remove(const std::string& path) override {
+            return platform::Error{platform::ErrorKind::Denied, path, "Read-only file system"};
+        }
+    } undeletable(*files, 0, FailingFiles::At::Fail);
+    Configure({"commandLine = -change -stay 0"});
+    {
+        const platform::HostScope read_only({&environment, &undeletable, drives.get(),
+                                             registry.get(), &processes, nullptr, &boxes});
+        EXPECT_TRUE(Run());
+        launch.Wait();
+        EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("the user's")));
+        EXPECT_THAT(boxes.shown, IsEmpty());
+        EXPECT_FALSE(Run());
+        EXPECT_THAT(Shown(boxes), ElementsAre("Error: Unable to restore settings"));
+    }
+    EXPECT_TRUE(Run());
+    launch.Wait();
+    ExpectTheUsersOwn();
 }
 
 TEST_F(LaunchTest, ManyLaunchesLeaveNothingBehind) {
@@ -286,7 +348,7 @@ TEST_F(LaunchTest, ManyLaunchesLeaveNothingBehind) {
     launch_often(5);
     const auto heap = LiveHeapBytes();
     const auto descriptors = EntriesOf("/proc/self/fd");
-    launch_often(Times(30));
+    launch_often(Times(200));
     EXPECT_LT(LiveHeapBytes(), heap + 8192);
     EXPECT_EQ(EntriesOf("/proc/self/fd"), descriptors);
     EXPECT_EQ(EntriesOf("/proc/self/task"), 1);

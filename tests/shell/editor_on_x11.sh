@@ -70,6 +70,25 @@ eventually grep -q '^; commandLine = -typed' "$VELTO_HOME/config/Renamed Game.dt
 sleep 1
 [ ! -e "$VELTO_HOME/config/main.bak" ] || eventually [ ! -e "$VELTO_HOME/config/main.bak" ]
 keys alt+c ctrl+a
+text '-stay 6000'
+keys alt+a alt+l
+eventually [ -e "$VELTO_HOME/config/plugins.bak" ]
+keys alt+F4
+front 'Exit Velto?'
+keys Return
+first=$editor
+"$bin/velto" &
+editor=$!
+eventually eval '[ "$(xdotool getactivewindow getwindowpid)" = '"$editor"' ]'
+front 'Velto V1'
+kill -0 "$first" || fail 'the run was left to itself'
+text 'Renamed'
+keys alt+l
+[ -e "$VELTO_HOME/config/main.bak" ] || fail 'a start took the backup of a run that lives'
+wait "$first" || fail "the run's process ended with $?"
+[ -z "$(ls "$VELTO_HOME/config/"*.bak 2> /dev/null)" ] || fail 'the run left its backups'
+
+keys alt+c ctrl+a
 text '-unsaved'
 keys alt+F4
 front 'Save and exit'

@@ -273,6 +273,7 @@ TEST_F(EpsxeTreeTest, DeletesWhatTheUserConfirms) {
         {"b", group, "a() c() top"},
         {"My Epsxe", group, ""},
     };
+    ASSERT_TRUE(files->Rename(PathOf("three"), InConfig("three.DTA")).ok());
     for (const auto& c : cases) {
         ASSERT_TRUE(tree.Select(Item(c.item)));
         const auto shape = Shape();

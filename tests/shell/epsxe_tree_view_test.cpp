@@ -5,15 +5,14 @@
 #include <QDrag>
 #include <QDragMoveEvent>
 #include <QMenu>
+#include <QProcess>
 #include <QProgressDialog>
 #include <QToolTip>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/config_text.h"
-#include "support/fake_editor.h"
-#include "support/home_test.h"
+#include "support/tree_home.h"
 #include "support/windows.h"
 #include "widgets/text.h"
 
@@ -26,13 +25,6 @@ using ::testing::ElementsAre;
 constexpr const char* kBold = "<b>bold";
 constexpr const char* kLatin = "Caf\xE9";  // not UTF-8
 const std::string kLong(150, 'm');
-
-struct TreeEditor : FakeEditor {
-    std::string GetSelectedConfigName() override { return tree->GetSelectedConfigName(); }
-    NodeKind SelectedKind() override { return CEpsxeTree::NodeKind(tree->GetSelectedItem()); }
-    NodeKind PreviousKind() override { return CEpsxeTree::NodeKind(tree->GetPreviousItem()); }
-    CEpsxeTree* tree = nullptr;
-};
 
 // My Epsxe: Action (Shooters (Beta), Alpha, <b>bold), Puzzle (Caf\xE9), mmm...
 class EpsxeTreeViewTest : public HomeTest {
@@ -58,8 +50,7 @@ class EpsxeTreeViewTest : public HomeTest {
     }
 
     void AddFile(const std::string& name, const std::string& group) {
-        WriteFile(InConfig(name + ".dta"),
-                  ConfigText(kFileVersion, {"fileGroup = " + group}, {Key::fileGroup}));
+        WriteFile(InConfig(name + ".dta"), TextIn(group));
     }
 
     // What one event puts off may put off more; a round of a busy machine handles one.
@@ -256,6 +247,22 @@ TEST_F(EpsxeTreeViewTest, DraggingMovesWhatCanBeMoved) {
     const RowDragData gone(Row("Beta"));
     tree.OnUpdate();
     EXPECT_FALSE(Send<QDragEnterEvent>({1, 1}, gone));
+}
+
+// By real mouse events, which need an X server to send them.
+TEST_F(EpsxeTreeViewTest, ADragOfTheMouseMovesAConfigurationOnX11) {
+    const auto pixel = [&](const QString& row) {
+        const auto at = view.viewport()->mapToGlobal(At(Row(row)));
+        return QStringList{"mousemove", QString::number(at.x()), QString::number(at.y())};
+    };
+    const auto nudge = QStringList{"mousemove_relative", "12", "0", "sleep", "0.1"};
+    const auto wait = QStringList{"sleep", "0.2"};
+    const auto move = pixel("Alpha") + wait + QStringList{"mousedown", "1"} + wait + nudge + nudge +
+                      pixel("Puzzle") + wait + nudge + QStringList{"mouseup", "1"};
+    ASSERT_TRUE(QProcess::startDetached("xdotool", move));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Above("Alpha") == "Puzzle"; }));
+    EXPECT_EQ(Selected(), "Alpha");
+    EXPECT_NE(ReadFile(InConfig("Alpha.dta")).find("fileGroup = Puzzle"), std::string::npos);
 }
 
 TEST_F(EpsxeTreeViewTest, APressSelectsOnlyWhenTheButtonIsUpAndNoDragBegan) {

@@ -1,6 +1,7 @@
-// What holds for every dialog, at every size of its letters.
+// What holds for every window, at every size of its letters.
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QTreeView>
 #include <functional>
 
 #include <gmock/gmock.h>
@@ -9,11 +10,13 @@
 #include "plugins/exclusion_dialog.h"
 #include "shell/about_dialog.h"
 #include "shell/exit_dialog.h"
+#include "shell/main_frame_window.h"
 #include "shell/new_config_dialog.h"
 #include "shell/new_group_dialog.h"
 #include "shell/paths_dialog.h"
 #include "shell/startup_window.h"
 #include "shell/tray_icon_dialog.h"
+#include "support/config_text.h"
 #include "support/home_test.h"
 #include "support/windows.h"
 
@@ -75,8 +78,11 @@ void ExpectNothingCut(const QWidget& window) {
             needed = {part->minimumSizeHint().width(), part->heightForWidth(part->width())};
         }
         EXPECT_EQ(part->size().expandedTo(needed), part->size()) << part->metaObject()->className();
-        EXPECT_TRUE(part->parentWidget()->rect().contains(part->geometry()) ||
-                    dynamic_cast<const QAbstractScrollArea*>(part->parentWidget()) != nullptr);
+        const auto* const above = part->parentWidget();
+        const bool scrolls =
+            dynamic_cast<const QAbstractScrollArea*>(above) != nullptr ||
+            dynamic_cast<const QAbstractScrollArea*>(above->parentWidget()) != nullptr;
+        EXPECT_TRUE(scrolls || above->rect().contains(part->geometry()));
     }
 }
 
@@ -117,6 +123,27 @@ TEST_F(EveryDialogTest, IsNamedInOrderAndWhole) {
             dialog->show();
             ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog.get()));
             ExpectWellMade(*dialog);
+        }
+    }
+}
+
+TEST_F(EveryDialogTest, NorIsAnythingCutInTheMainWindow) {
+    WriteFile(InConfig("Game.dta"), ConfigText(kFileVersion));
+    CPluginCatalogue catalogue;
+    LaunchCycle launch([] {});
+    for (const int points : {8, 11, 17, 24}) {
+        SCOPED_TRACE(points);
+        auto sized = font;
+        sized.setPointSize(points);
+        QApplication::setFont(sized);
+        CMainFrameWindow window(environment.ConfigFolder(), catalogue, launch, [] { return true; });
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+        auto& tree = *window.findChild<QTreeView*>();
+        for (int page = 0; page < 9; ++page) {
+            QTest::qWait(20);
+            ExpectNothingCut(window);
+            QTest::keyClick(&tree, page == 1 ? Qt::Key_Right : Qt::Key_Down);
         }
     }
 }

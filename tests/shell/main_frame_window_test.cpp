@@ -5,7 +5,10 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QStatusBar>
+#include <QTimer>
 #include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <future>
 #include <optional>
 #include <set>
@@ -117,6 +120,42 @@ TEST_F(MainFrameWindowTest, ChangesAreKeptSavedOrGivenUpButNeverLostUnasked) {
     EXPECT_NE(ReadFile(InConfig("Other.dta")).find("-at the exit"), std::string::npos);
 }
 
+TEST_F(MainFrameWindowTest, EachCommandThatWouldLoseChangesAsksForThem) {
+    Open();
+    const std::function<void()> commands[] = {
+        [&] { Entry("New Configuration").trigger(); },
+        [&] { Entry("Delete Config/Group").trigger(); },
+        [&] { Press(Tree(), Qt::Key_Home); },
+        [&] {
+            auto answer =
+                std::async(std::launch::async, [&] { return instance->HandOver("Other"); });
+            EXPECT_TRUE(QTest::qWaitFor([&] {
+                return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+            }));
+        },
+    };
+    for (const auto& command : commands) {
+        Press(Tree(), Qt::Key_Home);
+        Edit();
+        for (const bool given_up : {false, true}) {
+            boxes.shown.clear();
+            boxes.answers = {given_up ? BoxAnswer::Yes : BoxAnswer::No};
+            if (given_up && &command == &commands[0]) {
+                OnDialog<CNewConfigDialog>([](auto& dialog) { Press(dialog, Qt::Key_Escape); });
+            }
+            command();
+            QTest::qWait(kSettleMs);
+            ASSERT_FALSE(boxes.shown.empty());
+            EXPECT_TRUE(boxes.shown.front().yes_is_destructive);
+            EXPECT_EQ(Button(*window, "Apply Settings").isEnabled(), !given_up);
+            EXPECT_TRUE(given_up || CommandLine().text() == "-edited");
+        }
+        EXPECT_FALSE(IsSaved());
+    }
+    EXPECT_TRUE(files->Info(InConfig("Game.dta")).ok());
+    EXPECT_EQ(Tree().currentIndex().data().toString(), "Other");
+}
+
 TEST_F(MainFrameWindowTest, AnExitWithoutChangesAsksInItsOwnDialog) {
     Open();
     OnDialog<CExitDialog>([](auto& dialog) {
@@ -185,6 +224,26 @@ TEST_F(MainFrameWindowTest, TheUsersSetUpComesBackWhileTheEditorStaysAlive) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !shows("Running: Game"); }, 20000));
     EXPECT_EQ(StringOf(kEmulatorConfigKey, "BiosName"), "the user's");
     EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(MainFrameWindowTest, ARegistryEditorThatHangsIsEndedAndNothingRuns) {
+    WriteFile(InHome("editor"), "#!/bin/sh\nexec sleep 60\n");
+    std::filesystem::permissions(InHome("editor"), std::filesystem::perms::owner_all);
+    environment.registry_editor = InHome("editor");
+    Open();
+    Press(Tree(), Qt::Key_Down);
+    bool took_input = false;
+    QTimer::singleShot(100, window.get(), [&] {
+        Press(*window, Qt::Key_N, Qt::ControlModifier);
+        took_input = QApplication::activeModalWidget() != nullptr;
+    });
+    boxes.answers = {BoxAnswer::Yes};
+    Click(*window, "Launch Epsxe");
+    EXPECT_FALSE(took_input);
+    ASSERT_EQ(boxes.shown.size(), 2U);
+    EXPECT_EQ(boxes.shown[0].caption, "Registry editor");
+    EXPECT_EQ(boxes.shown[1].text, "Unable to backup HKEY_CURRENT_USER\\Software\\epsxe settings");
+    EXPECT_EQ(launch.Running(), "");
 }
 
 TEST_F(MainFrameWindowTest, BarsFollowTheirTogglesAndTheNextStart) {

@@ -162,6 +162,16 @@ TEST_F(BorrowedBranchTest, AnEditorThatHangsCanBeEnded) {
     EXPECT_THAT(boxes.shown[0].text, testing::HasSubstr(environment.registry_editor));
     EXPECT_EQ("Error: " + boxes.shown[1].text, kNoMain);
     EXPECT_THAT(Files(), IsEmpty());
+
+    SetBoth("user's");
+    EditorWith(3, "exec sleep 60");
+    auto run = ForRun();
+    ASSERT_TRUE(run);
+    SetBoth("borrowed");
+    boxes.answers = {platform::BoxAnswer::Yes};
+    run->GiveBack(settings);
+    EXPECT_THAT(Both(), ElementsAre("borrowed", "user's"));
+    EXPECT_THAT(Files(), ElementsAre("main.bak")) << "for the next one who borrows";
 }
 
 }  // namespace

@@ -37,6 +37,7 @@ constexpr const char* kDump =
 
 struct NoWindow : StartupWindow {
     void OnLogLine(const std::string&) override {}
+    void Repaint() override {}
     void RunPathsDialog() override {}
 };
 
