@@ -8,6 +8,10 @@
 
 #include <stdexcept>
 
+#include "launch/emulator_values.h"
+#include "platform/registry.h"
+#include "store/velto_settings.h"
+
 namespace velto::bench {
 
 namespace fs = std::filesystem;
@@ -35,6 +39,22 @@ Folder::~Folder() {
     fs::remove_all(path_, ignored);
 }
 
+void ForgetTheConfiguration(const std::string& registry) {
+    const auto store = platform::MakeSqliteRegistry(registry);
+    Check(store->OpenStore({}).ok(), "registry");
+    std::vector<platform::RegistryWrite> writes;
+    for (const auto name : EmulatorValueNames()) {
+        writes.push_back({std::string(platform::kCurrentUser).append(kEmulatorConfigKey),
+                          std::string(name), platform::StringValue("former")});
+    }
+    for (const char* name : {"Width", "Shader", "Palette"}) {
+        writes.push_back({std::string(platform::kCurrentUser)
+                              .append("Software\\Vision Thing\\PSEmu Pro\\GPU\\DemoGPU"),
+                          name, platform::StringValue("former")});
+    }
+    Check(platform::WriteValues(*store, writes).ok(), "former values");
+}
+
 Timing Run(std::vector<std::string> command) {
     int output[2];
     Check(pipe2(output, O_CLOEXEC) == 0, "pipe");
@@ -54,12 +74,11 @@ Timing Run(std::vector<std::string> command) {
     char byte = 0;
     Check(read(output[0], &byte, 1) >= 0, "read");
     timing.first_byte = Since(start);
+    while (read(output[0], &byte, 1) > 0) timing.next_bytes.push_back(Since(start));
     int status = 0;
     rusage usage{};
     Check(wait4(child, &status, 0, &usage) == child && status == 0, "exit of " + command[0]);
     timing.exit = Since(start);
-    while (read(output[0], &byte, 1) > 0) {
-    }
     close(output[0]);
     posix_spawn_file_actions_destroy(&actions);
     timing.peak_mib = static_cast<double>(usage.ru_maxrss) / 1024;

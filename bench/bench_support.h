@@ -31,11 +31,17 @@ class Folder {
     std::filesystem::path path_;
 };
 
+// From the spawn.
 struct Timing {
-    double first_byte;  // from the spawn; without output to the end of the output
+    double first_byte;               // without output the end of the output
+    std::vector<double> next_bytes;  // as they come, one after the other
     double exit;
     double peak_mib;  // ru_maxrss of the child
 };
+
+// Puts other values in the place of those that the demo's configuration brings along, so that the
+// next run has to write them.
+void ForgetTheConfiguration(const std::string& registry);
 
 // Runs a program, which must end with status 0.
 Timing Run(std::vector<std::string> command);

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 #include <benchmark/benchmark.h>
 
@@ -24,6 +25,7 @@ namespace platform = velto::platform;
 using velto::bench::Check;
 using velto::bench::Clock;
 using velto::bench::Since;
+using velto::bench::Timing;
 
 constexpr int kGroups = 200;
 constexpr int kConfigurations = 10'000;
@@ -56,7 +58,8 @@ class EditorHome {
         const auto settings = std::string(platform::kCurrentUser).append(velto::kSettingsKey);
         const platform::RegistryWrite lists[] = {
             {settings, "groups", platform::StringValue(names)},
-            {settings, "parents", platform::StringValue(parents)}};
+            {settings, "parents", platform::StringValue(parents)},
+            {settings, "epsxe", platform::StringValue(velto::bench::Program("probe-emulator"))}};
         Check(store->OpenStore(lists).ok(), "registry");
         fs::create_directory(Config());
         for (int i = 0; i < configurations; ++i) {
@@ -67,10 +70,17 @@ class EditorHome {
     }
 
     fs::path Config() const { return home_.path() / "config"; }
-    velto::bench::Timing Open(int selections) const {
-        return velto::bench::Run(
-            {"/usr/bin/env", "QT_QPA_PLATFORM=offscreen", "VELTO_HOME=" + home_.path().string(),
-             velto::bench::Program("editor-probe"), std::to_string(selections)});
+    std::string Registry() const { return home_.path() / "registry.db"; }
+    // Runs one of the programs beside this one.
+    Timing Run(const std::string& program, const std::vector<std::string>& arguments) const {
+        const std::string former = std::getenv("VELTO_HOME");
+        setenv("VELTO_HOME", home_.path().c_str(), 1);
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        std::vector<std::string> command = {velto::bench::Program(program)};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        const auto timing = velto::bench::Run(std::move(command));
+        setenv("VELTO_HOME", former.c_str(), 1);
+        return timing;
     }
 
   private:
@@ -87,7 +97,7 @@ const EditorHome& HomeWith(int configurations) {
 void EditorStart(benchmark::State& state) {
     const auto& home = HomeWith(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        const auto timing = home.Open(0);
+        const auto timing = home.Run("editor-probe", {});
         state.SetIterationTime(timing.first_byte);
         state.counters["peak_mib"] = timing.peak_mib;
     }
@@ -96,8 +106,37 @@ void EditorStart(benchmark::State& state) {
 void EditorSelection(benchmark::State& state) {
     const auto& home = HomeWith(kConfigurations);
     for (auto _ : state) {
-        const auto timing = home.Open(kSelections);
+        const auto timing = home.Run("editor-probe", {"select", std::to_string(kSelections)});
         state.SetIterationTime((timing.exit - timing.first_byte) / kSelections);
+    }
+}
+
+// From the click to the emulator's first byte.
+void LaunchFromTheEditor(benchmark::State& state) {
+    const auto& home = HomeWith(kConfigurations);
+    for (auto _ : state) {
+        velto::bench::ForgetTheConfiguration(home.Registry());
+        const auto bytes = home.Run("editor-probe", {"launch"}).next_bytes;
+        Check(bytes.size() == 2, "no launch");
+        state.SetIterationTime(bytes[1] - bytes[0]);
+    }
+}
+
+// The programs of a launch, one after the other.
+void LaunchByHand(benchmark::State& state) {
+    const auto& home = HomeWith(kConfigurations);
+    const std::string key = "HKEY_CURRENT_USER\\Software\\";
+    const std::string main_backup = home.Config() / "main.bak";
+    const std::string plugins_backup = home.Config() / "plugins.bak";
+    for (auto _ : state) {
+        velto::bench::ForgetTheConfiguration(home.Registry());
+        state.SetIterationTime(
+            home.Run("velto-regedit", {"/E", main_backup, key + "epsxe"}).exit +
+            home.Run("velto-regedit", {"/E", plugins_backup, key + "Vision Thing"}).exit +
+            home.Run("velto-regedit", {"/S", home.Config() / "Game 0.dta"}).exit +
+            home.Run("probe-emulator", {}).first_byte);
+        fs::remove(main_backup);
+        fs::remove(plugins_backup);
     }
 }
 
@@ -164,6 +203,8 @@ BENCHMARK(EditorStart)
     ->Arg(kConfigurations);
 BENCHMARK(ReadingTheFilesOnce)->UseManualTime()->Iterations(1)->Repetitions(kRuns);
 BENCHMARK(EditorSelection)->UseManualTime()->Iterations(1)->Repetitions(kLongRuns);
+BENCHMARK(LaunchFromTheEditor)->UseManualTime()->Iterations(1)->Repetitions(kRuns);
+BENCHMARK(LaunchByHand)->UseManualTime()->Iterations(1)->Repetitions(kRuns);
 BENCHMARK(RenameOfAGroup)->UseManualTime()->Iterations(1)->Repetitions(kLongRuns);
 BENCHMARK(WritingTheBytesWithOneFlush)->UseManualTime()->Iterations(1)->Repetitions(kLongRuns);
 

@@ -1,24 +1,20 @@
-// Opens the editor's window on the configurations of the start folder, says so with one byte, makes
-// as many selections as it is told to, and ends. For the benchmarks alone.
+// Opens the editor's window on the configurations of the start folder and says so with one byte.
+// Then `select <n>` makes so many selections, and `launch` selects a configuration, writes one more
+// byte and clicks on "Launch Epsxe". For the benchmarks alone.
 #include <unistd.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <stdexcept>
+#include <string_view>
 
-#include "platform/drives.h"
-#include "platform/environment.h"
-#include "platform/files.h"
-#include "platform/host.h"
-#include "platform/message_box.h"
-#include "platform/process.h"
-#include "platform/registry.h"
+#include "platform/real_host.h"
 #include "shell/main_frame_window.h"
 
 namespace {
-
-namespace platform = velto::platform;
 
 // From one configuration to the next, through all groups.
 void Select(velto::CEpsxeTree& tree, int selections) {
@@ -30,26 +26,38 @@ void Select(velto::CEpsxeTree& tree, int selections) {
     }
 }
 
+void Tell() {
+    if (write(STDOUT_FILENO, "1", 1) != 1) throw std::runtime_error("write");
+}
+
+// Returns when the run has ended.
+void Launch(velto::CMainFrameWindow& window, velto::LaunchCycle& launch) {
+    Select(window.tree(), 1);
+    for (auto* const button : window.findChildren<QAbstractButton*>()) {
+        if (button->text().remove('&') != "Launch Epsxe") continue;
+        Tell();
+        button->click();
+        launch.Wait();
+    }
+}
+
 int Open(int argc, char** argv) {
-    const auto files = platform::MakeFileService();
-    const auto environment = platform::ReadEnvironment(*files);
-    const auto drives = platform::MakeDriveTable(*files, environment.drives, environment.home);
-    const auto registry = platform::MakeSqliteRegistry(environment.RegistryFile());
-    const auto processes = platform::MakeProcessService(environment);
-    const auto boxes = platform::MakeStandardErrorBoxes();
-    const platform::HostScope scope({&environment, files.get(), drives.get(), registry.get(),
-                                     processes.get(), nullptr, boxes.get()});
-    if (!registry->OpenStore({}).ok()) return 1;
+    const velto::platform::RealHost host;
+    const auto boxes = velto::platform::MakeStandardErrorBoxes();
+    const velto::platform::HostScope scope(host.Services(*boxes));
+    if (!host.registry().OpenStore({}).ok()) return 1;
 
     const QApplication application(argc, argv);
     velto::CPluginCatalogue catalogue;
     velto::LaunchCycle launch({});
-    velto::CMainFrameWindow window(environment.ConfigFolder(), catalogue, launch,
+    velto::CMainFrameWindow window(host.environment().ConfigFolder(), catalogue, launch,
                                    [] { return true; });
     window.show();
     QCoreApplication::processEvents();
-    if (write(STDOUT_FILENO, "1", 1) != 1) return 1;
-    Select(window.tree(), argc > 1 ? std::atoi(argv[1]) : 0);
+    Tell();
+    const std::string_view work = argc > 1 ? argv[1] : "";
+    if (work == "select") Select(window.tree(), std::atoi(argv[2]));
+    if (work == "launch") Launch(window, launch);
     return 0;
 }
 

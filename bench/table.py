@@ -59,6 +59,9 @@ def main():
                  f"{memory:.1f} MiB more than with none", "16 MiB"))
     rows.append(("selection of a configuration among 10000",
                  f"{milliseconds('EditorSelection'):.2f} ms", "", "10 ms"))
+    launch, by_hand = milliseconds("LaunchFromTheEditor"), milliseconds("LaunchByHand")
+    rows.append(("launch from the editor, click to the emulator's first byte", f"{launch:.1f} ms",
+                 f"{launch / by_hand:.2f} times two exports + merge + bare emulator", "1.3"))
     rename, writing = milliseconds("RenameOfAGroup"), milliseconds("WritingTheBytesWithOneFlush")
     rows.append(("rename of a group of 10000 files", f"{rename:.0f} ms",
                  f"{rename / writing:.2f} times writing the bytes with one flush", "3"))

@@ -11,7 +11,6 @@
 #include <benchmark/benchmark.h>
 
 #include "bench_support.h"
-#include "launch/emulator_values.h"
 #include "platform/drives.h"
 #include "platform/environment.h"
 #include "platform/files.h"
@@ -28,6 +27,7 @@ namespace fs = std::filesystem;
 namespace platform = velto::platform;
 using velto::bench::Check;
 using velto::bench::Clock;
+using velto::bench::ForgetTheConfiguration;
 using velto::bench::Program;
 using velto::bench::Run;
 using velto::bench::Since;
@@ -75,33 +75,16 @@ BenchHome& Home() {
     return home;
 }
 
-// Puts other values in the place of those that the next run writes, so that it has to write them.
-void ForgetTheConfiguration() {
-    const auto store = platform::MakeSqliteRegistry(Home().Registry());
-    Check(store->OpenStore({}).ok(), "registry");
-    std::vector<platform::RegistryWrite> writes;
-    for (const auto name : velto::EmulatorValueNames()) {
-        writes.push_back({std::string(platform::kCurrentUser).append(velto::kEmulatorConfigKey),
-                          std::string(name), platform::StringValue("former")});
-    }
-    for (const char* name : {"Width", "Shader", "Palette"}) {
-        writes.push_back({std::string(platform::kCurrentUser)
-                              .append("Software\\Vision Thing\\PSEmu Pro\\GPU\\DemoGPU"),
-                          name, platform::StringValue("former")});
-    }
-    Check(platform::WriteValues(*store, writes).ok(), "former values");
-}
-
 void DirectRun(benchmark::State& state) {
     for (auto _ : state) {
-        ForgetTheConfiguration();
+        ForgetTheConfiguration(Home().Registry());
         state.SetIterationTime(Run({Program("velto"), "-direct", "Demo Disc"}).first_byte);
     }
 }
 
 void MergeOfTheConfiguration(benchmark::State& state) {
     for (auto _ : state) {
-        ForgetTheConfiguration();
+        ForgetTheConfiguration(Home().Registry());
         state.SetIterationTime(Run({Program("velto-regedit"), "/S", Home().Config()}).exit);
     }
 }
