@@ -114,7 +114,7 @@ void CAppStartup::RecoverBackups() {
     if (FindsLeftover(kPluginsBackup,
                       "plugins.bak detected.  Now resetting registry and deleteing the file") &&
         settings_.RestoreFile(kPluginsBackup, configDir_) == 0) {
-        DeleteLeftover(kPluginsBackup);
+        DiscardBackup(platform::JoinPath(configDir_, kPluginsBackup));
     }
 }
 

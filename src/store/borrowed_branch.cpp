@@ -3,7 +3,6 @@
 #include <tuple>
 
 #include "platform/environment.h"
-#include "platform/file_search.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
@@ -24,6 +23,12 @@ void Report(const std::string& text) {
 }
 
 }  // namespace
+
+void DiscardBackup(const std::string& path) {
+    const auto removed = platform::Files().Remove(path);
+    if (removed.ok() || removed.error().kind == platform::ErrorKind::NotFound) return;
+    std::ignore = platform::Files().OpenLog(path, true);
+}
 
 struct BorrowedBranch::Branch {
     const char* file;
@@ -107,9 +112,12 @@ std::optional<BorrowedBranch> BorrowedBranch::Borrow(const std::string& configDi
 bool BorrowedBranch::MergeFound(const std::string& configDir, const Branch& branch,
                                 CVeltoSettings& settings) {
     const auto path = JoinPath(configDir, branch.file);
-    return !platform::IsRegular(platform::Files(), path) ||
-           (settings.MergeFile(branch.file, configDir) == EditorRun::Done &&
-            platform::Files().Remove(path).ok());
+    const auto info = platform::Files().Info(path);
+    if (!info.ok() || !info.value().regular) return true;
+    const bool merged =
+        info.value().size == 0 || settings.MergeFile(branch.file, configDir) == EditorRun::Done;
+    if (merged) DiscardBackup(path);
+    return merged && !platform::Files().Info(path).ok();
 }
 
 bool BorrowedBranch::Save(const Branch& branch, CVeltoSettings& settings) {
@@ -138,7 +146,7 @@ bool BorrowedBranch::LockRun() {
 
 void BorrowedBranch::Delete(const std::vector<const char*>& backups) {
     for (const auto* backup : backups) {
-        std::ignore = platform::Files().Remove(JoinPath(config_dir_, backup));
+        DiscardBackup(JoinPath(config_dir_, backup));
     }
 }
 

@@ -21,6 +21,11 @@ namespace velto {
 inline constexpr const char* kMainBackup = "main.bak";
 inline constexpr const char* kPluginsBackup = "plugins.bak";
 
+// Deletes a backup that has been merged. In a folder that has turned read-only it is emptied:
+// merged once more, later, it would take back what the user has changed since. An empty one counts
+// as merged.
+void DiscardBackup(const std::string& path);
+
 // The right to work with the live branch and the backups of one folder, held by one at a time
 // among all processes.
 class BranchTurn {

@@ -310,7 +310,7 @@ TEST_F(LaunchTest, AConfigurationThatIsDeletedMeanwhileRunsAsItIsInHand) {
     ExpectTheUsersOwn();
 }
 
-TEST_F(LaunchTest, BackupsThatCannotBeDeletedAreMergedAllTheSameAndStopTheNextRun) {
+TEST_F(LaunchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNextRun) {
     // A folder that turns read-only during the run.
     class Undeletable : public FailingFiles {
       public:
@@ -327,12 +327,15 @@ TEST_F(LaunchTest, BackupsThatCannotBeDeletedAreMergedAllTheSameAndStopTheNextRu
         launch.Wait();
         EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("the user's")));
         EXPECT_THAT(boxes.shown, IsEmpty());
+        SetValue(kDemoKey, "v", platform::StringValue("changed since"));
+        Start();
         EXPECT_FALSE(Run());
         EXPECT_THAT(Shown(boxes), ElementsAre("Error: Unable to restore settings"));
     }
     EXPECT_TRUE(Run());
     launch.Wait();
-    ExpectTheUsersOwn();
+    EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("changed since")));
+    EXPECT_FALSE(HasBackups());
 }
 
 TEST_F(LaunchTest, ManyLaunchesLeaveNothingBehind) {
