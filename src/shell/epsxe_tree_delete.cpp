@@ -68,8 +68,11 @@ class GroupDeletion {
     }
     bool DeleteOne(const TreeNode& configuration) {
         if (!window_.Progress(what_, done_++, total_)) return false;
-        const auto file = files_.find(configuration.text);
-        return file == files_.end() || DeleteFile(folder_, file->second);
+        const auto found = files_.find(configuration.text);
+        // In a folder that can't be listed the system says why.
+        return DeleteFile(folder_, found != files_.end()
+                                       ? found->second
+                                       : configuration.text + std::string(kConfigEnding));
     }
 
     const std::string& folder_;

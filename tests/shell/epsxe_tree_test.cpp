@@ -309,6 +309,24 @@ TEST_F(EpsxeTreeTest, WhatTheSystemRefusesIsReportedAndLeavesAgreement) {
     EXPECT_EQ(TakeBox(), "Error: Unable to delete" + refusal);
     EXPECT_EQ(Shape(), "a(b(two) one) c() top");
 
+    struct Locked : FailingFiles {
+        using FailingFiles::FailingFiles;
+        platform::Result<std::vector<std::string>> List(const std::string& path) override {
+            return platform::Error{platform::ErrorKind::Denied, path, "Permission denied"};
+        }
+        platform::Status Remove(const std::string& path) override { return List(path).error(); }
+    } locked(*files, 0, FailingFiles::At::Fail);
+    {
+        const platform::HostScope in_locked_folder(
+            {&environment, &locked, drives.get(), registry.get(), &processes, nullptr, &boxes});
+        ASSERT_TRUE(tree.Select(Item("a")));
+        boxes.answers = {BoxAnswer::Yes};
+        tree.OnDelete();
+        EXPECT_EQ(TakeBox(), "Error: Unable to delete two.dta: Permission denied");
+    }
+    tree.OnUpdate();
+    EXPECT_EQ(Shape(), "a(b(two) one) c() top");
+
     ASSERT_TRUE(tree.Select(Item("two")));
     WithStep(1, [&] { EXPECT_FALSE(tree.Drop(*Item("two").node, Item("c"))); });
     EXPECT_EQ(boxes.shown.size(), 1U);
