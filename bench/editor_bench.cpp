@@ -15,7 +15,7 @@
 #include "platform/files.h"
 #include "platform/host.h"
 #include "platform/registry.h"
-#include "shell/group_rewrite.h"
+#include "shell/tree/group_rewrite.h"
 #include "store/velto_settings.h"
 
 namespace {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "launch/command_line.h"
-#include "launch/velto_app.h"
 #include "platform/real_host.h"
+#include "shell/command_line.h"
+#include "shell/velto_app.h"
 #include "shell/windows_loader.h"
 
 namespace {

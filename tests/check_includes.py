@@ -3,7 +3,8 @@
 
 The folders under src/ stand on floors. A file may include its own folder and the folders that
 the table names; Qt, only if it is a window file; and a window file outside widgets/ may include
-of platform/ the message box alone.
+of platform/ the message box alone. The rooms of this host's forms are for platform/ itself, and
+for main.cpp and the programs of their own (`*_main.cpp`).
 
 usage: check_includes.py <src folder>
 """
@@ -21,7 +22,7 @@ LOGIC = {
     "plugins": {"platform", "widgets", "gamepad", "store"},
     "memcards": {"platform", "widgets", "store"},
     "launch": {"platform", "gamepad", "store", "plugins"},
-    "interchange": {"platform", "widgets", "gamepad", "store"},
+    "interchange": {"platform", "widgets", "regedit", "gamepad", "store"},
     "autoplay": {"platform", "widgets", "store", "launch"},
     "portable": {"platform", "widgets", "gamepad", "store", "plugins", "autoplay"},
 }
@@ -29,6 +30,7 @@ EVERYTHING = set(LOGIC) | {"shell"}
 TABLE = {**LOGIC, "shell": EVERYTHING, "": EVERYTHING}
 WINDOW_ENDINGS = ("_view", "_dialog", "_window", "_model")
 BOX = "platform/message_box.h"
+HOST_ROOMS = ("platform/linux/", "platform/sqlite/")
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')
 
 
@@ -36,6 +38,7 @@ def faults(source: pathlib.Path, root: pathlib.Path):
     inside = source.relative_to(root)
     folder = inside.parts[0] if len(inside.parts) > 1 else ""
     window = folder == "widgets" or source.stem.endswith(WINDOW_ENDINGS)
+    program = source.stem == "main" or source.stem.endswith("_main")
     if folder not in TABLE:
         yield f"{inside}: the folder is on no floor"
         return
@@ -52,6 +55,8 @@ def faults(source: pathlib.Path, root: pathlib.Path):
         elif match.group(1) == '"' or top in TABLE:
             if top != folder and top not in TABLE[folder]:
                 yield f"{where}: points upwards or sideways"
+            elif target.startswith(HOST_ROOMS) and folder != "platform" and not program:
+                yield f"{where}: a room of platform/ alone"
             elif window and folder != "widgets" and top == "platform" and target != BOX:
                 yield f"{where}: a window includes of platform/ only {BOX}"
             elif top == "widgets" and not window:

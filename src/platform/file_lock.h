@@ -6,16 +6,21 @@
 // meets the first one like that of another process.
 #pragma once
 
+#include <memory>
 #include <string>
-#include <utility>
 
-#include "platform/descriptor.h"
 #include "platform/result.h"
 
 namespace velto::platform {
 
+class Descriptor;
+
 class FileLock {
   public:
+    FileLock(FileLock&& other) noexcept;
+    FileLock& operator=(FileLock&& other) noexcept;
+    ~FileLock();
+
     // Without waiting. AlreadyExists: somebody else holds it. Any other failure: it isn't known
     // whether somebody does.
     static Result<FileLock> Take(const std::string& path);
@@ -23,10 +28,14 @@ class FileLock {
     // Whether the file of that name is the one that is locked.
     bool IsOn(const std::string& path) const;
 
-  private:
-    explicit FileLock(Descriptor file) : file_(std::move(file)) {}
+    // For a child that is handed the lock (ProcessRequest::descriptors): it then lasts as long as
+    // the one that lives longer.
+    int descriptor() const;
 
-    Descriptor file_;
+  private:
+    explicit FileLock(Descriptor file);
+
+    std::unique_ptr<Descriptor> file_;
 };
 
 }  // namespace velto::platform

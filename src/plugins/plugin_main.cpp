@@ -23,7 +23,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/library_messages_linux.h"
+#include "platform/linux/library_messages.h"
 
 namespace {
 

@@ -7,11 +7,11 @@
 
 #include "platform/file_search.h"
 #include "platform/files.h"
+#include "platform/line_ends.h"
 #include "platform/message_box.h"
 #include "platform/registry.h"
 #include "platform/replace_file.h"
 #include "platform/stored_path.h"
-#include "platform/text.h"
 #include "store/borrowed_branch.h"
 
 namespace velto {

@@ -6,7 +6,7 @@
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/stored_path.h"
-#include "shell/copy_config.h"
+#include "shell/tree/copy_config.h"
 
 namespace velto {
 namespace {

@@ -11,9 +11,9 @@
 #include "launch/launch_cycle.h"
 #include "plugins/plugin_catalogue.h"
 #include "shell/commands.h"
-#include "shell/epsxe_tree.h"
-#include "shell/new_config.h"
-#include "shell/new_group.h"
+#include "shell/tree/epsxe_tree.h"
+#include "shell/tree/new_config.h"
+#include "shell/tree/new_group.h"
 #include "store/editor.h"
 #include "store/velto_doc.h"
 

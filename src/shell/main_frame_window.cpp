@@ -14,10 +14,10 @@
 #include "plugins/exclusion_dialog.h"
 #include "shell/about_dialog.h"
 #include "shell/exit_dialog.h"
-#include "shell/new_config_dialog.h"
-#include "shell/new_group_dialog.h"
 #include "shell/paths_dialog.h"
 #include "shell/tray_icon_dialog.h"
+#include "shell/tree/new_config_dialog.h"
+#include "shell/tree/new_group_dialog.h"
 #include "widgets/owned.h"
 #include "widgets/text.h"
 

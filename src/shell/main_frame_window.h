@@ -14,11 +14,11 @@
 
 #include "plugins/plugin_catalogue.h"
 #include "shell/command_actions_window.h"
-#include "shell/editor_panes_window.h"
-#include "shell/epsxe_tree_view.h"
 #include "shell/hand_over.h"
 #include "shell/main_frame.h"
+#include "shell/panes/editor_panes_window.h"
 #include "shell/tray_window.h"
+#include "shell/tree/epsxe_tree_view.h"
 #include "widgets/deferred.h"
 
 namespace velto {

@@ -8,13 +8,12 @@
 #include <memory>
 #include <string>
 
-#include "launch/velto_app.h"
 #include "platform/message_box.h"
 #include "shell/windows.h"
 
 namespace velto {
 
-class WindowsLoader : public platform::MessageBoxes, public EditorRunner {
+class WindowsLoader : public platform::MessageBoxes {
   public:
     // `program` is the program's own path: the module stands beside it, or, as installed, in
     // ../lib/velto.
@@ -25,7 +24,8 @@ class WindowsLoader : public platform::MessageBoxes, public EditorRunner {
 
     platform::BoxAnswer Show(const platform::MessageBox& box) override;
 
-    bool RunEditor() override;
+    // The editor from its start to its end. False if it can't start, which is reported.
+    bool RunEditor();
 
   private:
     // Null, after a line on standard error where that isn't for want of a display.

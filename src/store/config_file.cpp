@@ -5,8 +5,8 @@
 
 #include "platform/ascii.h"
 #include "platform/files.h"
+#include "platform/line_ends.h"
 #include "platform/message_box.h"
-#include "platform/text.h"
 #include "store/list_text.h"
 
 namespace velto {

@@ -6,9 +6,9 @@
 #include <optional>
 
 #include "platform/files.h"
+#include "platform/line_ends.h"
 #include "platform/message_box.h"
 #include "platform/replace_file.h"
-#include "platform/text.h"
 #include "store/config_file.h"
 
 namespace velto {

@@ -3,9 +3,9 @@
 
 #include "platform/file_search.h"
 #include "platform/files.h"
+#include "platform/line_ends.h"
 #include "platform/message_box.h"
 #include "platform/replace_file.h"
-#include "platform/text.h"
 #include "store/velto_doc.h"
 
 namespace velto {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "launch/direct_run.h"
-#include "platform/text.h"
+#include "platform/line_ends.h"
 #include "store/config_record.h"
 #include "store/velto_doc.h"
 

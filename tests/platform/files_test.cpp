@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/file_search.h"
+#include "platform/line_ends.h"
 #include "platform/stored_path.h"
-#include "platform/text.h"
 #include "support/home_test.h"
 #include "support/variables.h"
 

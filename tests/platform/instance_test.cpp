@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/descriptor.h"
+#include "platform/linux/descriptor.h"
 #include "support/forked_child.h"
 #include "support/temporary_folder.h"
 #include "support/variables.h"

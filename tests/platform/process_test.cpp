@@ -18,8 +18,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/descriptor.h"
 #include "platform/environment.h"
+#include "platform/linux/descriptor.h"
 #include "support/forked_child.h"
 #include "support/temporary_folder.h"
 #include "support/variables.h"

@@ -1,0 +1,86 @@
+#include "shell/velto_app.h"
+
+#include <tuple>
+
+#include "launch/direct_run.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/instance.h"
+#include "platform/message_box.h"
+#include "platform/registry.h"
+#include "shell/command_line.h"
+#include "store/config_file.h"
+#include "store/velto_settings.h"
+
+namespace velto {
+namespace {
+
+constexpr std::string_view kDirectFlag = "direct";
+
+void Report(const std::string& text, const std::string& caption) {
+    platform::Boxes().Show({text, caption});
+}
+
+}  // namespace
+
+void CVeltoApp::InitInstance() {
+    std::string flag;
+    std::string parameter;
+    CVeltoCommandLine(command_line_).Parse(flag, parameter);
+    if ((!flag.empty() || !parameter.empty()) && flag != kDirectFlag) {
+        Report("-" + flag + " " + parameter + " is not a recognised command", "Unknown Flag");
+        return;
+    }
+
+    const auto first = platform::Instance().Acquire();
+    if (!first.ok()) {
+        Report("Unable to tell whether Velto is running: " + first.error().subject + ": " +
+                   first.error().text,
+               "Error");
+        return;
+    }
+    if (!first.value()) {
+        MeetFirstProcess(flag, parameter);
+        return;
+    }
+
+    if (!OpenRegistry()) return;
+    // If it can't be made, the files in it aren't found.
+    std::ignore = platform::Files().MakeFolders(platform::HostEnvironment().ConfigFolder());
+    if (flag == kDirectFlag) {
+        RunDirect(parameter);
+    } else if (windows_.RunEditor()) {
+        status_ = 0;
+    }
+}
+
+void CVeltoApp::MeetFirstProcess(const std::string& flag, const std::string& name) {
+    if (flag != kDirectFlag) {
+        Report("Velto is already running.", "Already running");
+        return;
+    }
+    const auto answer = platform::Instance().HandOver(name);
+    if (answer == platform::HandOverResult::Answered) status_ = 0;
+    // What can't be handed over because of its length can't be a file either.
+    if (answer == platform::HandOverResult::Refused && name.size() > platform::kLongestName) {
+        Report(name + std::string(kConfigEnding) + " does not exist", "File not found");
+    }
+}
+
+bool CVeltoApp::OpenRegistry() {
+    // Making a user's registry is this host's installation, which asks for the first-run setup.
+    const platform::RegistryWrite installed[] = {
+        {std::string(platform::kCurrentUser).append(kSettingsKey), "installerReset",
+         platform::DwordValue(1)}};
+    const auto opened = platform::Registry().OpenStore(installed);
+    if (opened.ok()) return true;
+    Report("Unable to open the registry " + opened.error().subject + ": " + opened.error().text,
+           "Error");
+    return false;
+}
+
+void CVeltoApp::RunDirect(const std::string& name) {
+    if (velto::RunDirect(name)) status_ = 0;
+}
+
+}  // namespace velto
