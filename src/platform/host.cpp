@@ -8,6 +8,7 @@
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/registry.h"
+#include "platform/waiting.h"
 
 namespace velto::platform {
 namespace {
@@ -46,6 +47,9 @@ MessageBoxes& Boxes() {
 }
 LibraryService& Libraries() {
     return *current.libraries;
+}
+WaitingService& Waiting() {
+    return *current.waiting;
 }
 
 }  // namespace velto::platform

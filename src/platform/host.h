@@ -10,6 +10,7 @@ class LibraryService;
 class MessageBoxes;
 class ProcessService;
 class RegistryStore;
+class WaitingService;
 struct Environment;
 
 // Not owned. A service that is null must not be asked for.
@@ -22,6 +23,7 @@ struct HostServices {
     InstanceService* instance = nullptr;
     MessageBoxes* boxes = nullptr;
     LibraryService* libraries = nullptr;
+    WaitingService* waiting = nullptr;
 };
 
 // Makes the services the ones that Files(), Registry() and the other accessors return, for its

@@ -13,6 +13,7 @@
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/registry.h"
+#include "platform/waiting.h"
 
 namespace velto::platform {
 
@@ -21,10 +22,19 @@ class RealHost {
   public:
     const Environment& environment() const { return environment_; }
     RegistryStore& registry() const { return *registry_; }
-    // For a HostScope. Message boxes are the caller's.
-    HostServices Services(MessageBoxes& boxes) const {
-        return {&environment_,    files_.get(),    drives_.get(), registry_.get(),
-                processes_.get(), instance_.get(), &boxes,        libraries_.get()};
+    // For a HostScope. Message boxes are the caller's, and so is waiting, but where nothing is
+    // shown.
+    HostServices Services(MessageBoxes& boxes) const { return Services(boxes, *silent_waiting_); }
+    HostServices Services(MessageBoxes& boxes, WaitingService& waiting) const {
+        return {.environment = &environment_,
+                .files = files_.get(),
+                .drives = drives_.get(),
+                .registry = registry_.get(),
+                .processes = processes_.get(),
+                .instance = instance_.get(),
+                .boxes = &boxes,
+                .libraries = libraries_.get(),
+                .waiting = &waiting};
     }
 
   private:
@@ -39,6 +49,7 @@ class RealHost {
         MakeInstanceService(environment_.program, environment_.home);
     const std::unique_ptr<LibraryService> libraries_ =
         MakeLibraryService(*processes_, environment_.program);
+    const std::unique_ptr<WaitingService> silent_waiting_ = MakeSilentWaiting();
 };
 
 }  // namespace velto::platform

@@ -18,7 +18,7 @@
 
 #include "platform/instance.h"
 #include "shell/exit_dialog.h"
-#include "shell/new_config_dialog.h"
+#include "shell/tree/new_config_dialog.h"
 #include "support/config_text.h"
 #include "support/home_test.h"
 #include "support/windows.h"
@@ -33,9 +33,14 @@ class MainFrameWindowTest : public HomeTest {
     MainFrameWindowTest() {
         setenv("XDG_RUNTIME_DIR", home_folder.path().c_str(), 1);
         instance = platform::MakeInstanceService(environment.program, home_folder.path());
-        with_instance.emplace(platform::HostServices{&environment, files.get(), drives.get(),
-                                                     registry.get(), &processes, instance.get(),
-                                                     &boxes});
+        with_instance.emplace(platform::HostServices{.environment = &environment,
+                                                     .files = files.get(),
+                                                     .drives = drives.get(),
+                                                     .registry = registry.get(),
+                                                     .processes = &processes,
+                                                     .instance = instance.get(),
+                                                     .boxes = &boxes,
+                                                     .waiting = &waiting});
         EXPECT_TRUE(instance->Acquire().value());
         CVeltoSettings().SetEmulatorPath("C:\\emu\\epsxe.exe");
         WriteFile(InConfig("Game.dta"), ConfigText(kFileVersion));

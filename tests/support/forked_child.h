@@ -15,7 +15,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/descriptor.h"
+#include "platform/linux/descriptor.h"
 
 namespace velto::test {
 

@@ -27,8 +27,13 @@ HomeTest::HomeTest()
       registry(platform::MakeSqliteRegistry(environment.RegistryFile())),
       real_processes(platform::MakeProcessService(environment)),
       processes(*real_processes),
-      scope(
-          {&environment, files.get(), drives.get(), registry.get(), &processes, nullptr, &boxes}) {
+      scope({.environment = &environment,
+             .files = files.get(),
+             .drives = drives.get(),
+             .registry = registry.get(),
+             .processes = &processes,
+             .boxes = &boxes,
+             .waiting = &waiting}) {
     EXPECT_TRUE(registry->OpenStore({}).ok());
     EXPECT_TRUE(files->MakeFolders(environment.ConfigFolder()).ok());
 }

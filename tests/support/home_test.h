@@ -17,6 +17,7 @@
 #include "platform/process.h"
 #include "platform/registry.h"
 #include "support/scripted_boxes.h"
+#include "support/scripted_waiting.h"
 #include "support/temporary_folder.h"
 
 namespace velto::test {
@@ -57,6 +58,7 @@ class HomeTest : public ::testing::Test {
     std::unique_ptr<platform::ProcessService> real_processes;
     RecordingProcesses processes;
     ScriptedBoxes boxes;
+    ScriptedWaiting waiting;
     platform::HostScope scope;
 };
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "shell/epsxe_tree.h"
+#include "shell/tree/epsxe_tree.h"
 
 namespace velto::test {
 

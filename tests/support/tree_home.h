@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "shell/epsxe_tree.h"
+#include "shell/tree/epsxe_tree.h"
 #include "support/config_text.h"
 #include "support/failing_files.h"
 #include "support/fake_editor.h"

@@ -1,0 +1,40 @@
+// Waits in which nothing is shown: they remember what was waited for, and stop where a test says.
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/waiting.h"
+
+namespace velto::test {
+
+class ScriptedWaiting : public platform::WaitingService {
+  public:
+    std::unique_ptr<platform::Wait> Begin(const platform::WaitRequest& request) override {
+        begun.push_back(request);
+        return std::make_unique<ScriptedWait>(*this);
+    }
+
+    std::vector<platform::WaitRequest> begun;
+    std::vector<platform::WaitProgress> told;
+    // Which of the calls from now on, counted from 0, is the one that the user stops.
+    std::size_t stop_at = std::numeric_limits<std::size_t>::max();
+
+  private:
+    class ScriptedWait : public platform::Wait {
+      public:
+        explicit ScriptedWait(ScriptedWaiting& all) : all_(all) {}
+        bool Continue(std::optional<platform::WaitProgress> progress) override {
+            if (progress) all_.told.push_back(*progress);
+            return all_.stop_at-- != 0;
+        }
+
+      private:
+        ScriptedWaiting& all_;
+    };
+};
+
+}  // namespace velto::test
