@@ -55,7 +55,7 @@ void TakeShare(CPad& pad, Field field, std::string_view list) {
 
 void CPad::SetNumber(int number) {
     if (number < 1 || number > kPadCount) {
-        platform::Boxes().Show({"Invalid Controller", "Error"});
+        platform::Report("Invalid Controller");
         return;
     }
     padNumber = number;

@@ -82,17 +82,13 @@ EmulatorSettings SettingsFrom(const OptionTexts& texts) {
     return settings;
 }
 
-void Report(const std::string& text, const std::string& caption) {
-    platform::Boxes().Show({text, caption});
-}
-
 // Whether the file is there, in exactly this spelling; reports if it isn't.
 bool IsThere(const std::string& folder, const std::string& file) {
-    const auto found = platform::FindFile(platform::Files(), folder, file);
+    const auto found = platform::FindFile(folder, file);
     if (found == file) return true;
     auto text = file + " does not exist";
     if (found) text += ". Remember that names are case sensitive.";
-    Report(text, "File not found");
+    platform::Report(text, "File not found");
     return false;
 }
 
@@ -105,7 +101,7 @@ bool StartEmulator(const CVeltoSettings& settings, const std::string& arguments)
     request.show =
         settings.IsLogWindowOn() ? platform::ShowState::Hidden : platform::ShowState::Shown;
     if (platform::Processes().Start(request).ok()) return true;
-    Report("Unable to locate Epsxe at " + path, "Error");
+    platform::Report("Unable to locate Epsxe at " + path);
     return false;
 }
 
@@ -133,15 +129,15 @@ bool RunDirect(const std::string& name) {
     auto opened = CConfigFile::Open(platform::JoinPath(folder, file));
     const auto text = opened.ok() ? std::move(opened).value() : CConfigFile();
     if (text.ReadEntry("magicCFG") == "true") {
-        platform::Boxes().Show(
-            {"Personal preferences not verified.\n  You need to run this file via the editor at "
-             "least once before using command lines.",
-             "MagicCFG", platform::BoxIcon::None});
+        platform::Report(
+            "Personal preferences not verified.\n  You need to run this file via the editor at "
+            "least once before using command lines.",
+            "MagicCFG", platform::BoxIcon::None);
         return false;
     }
     const auto config = ReadDirectConfig(text);
     if (!config) {
-        Report("File Corrupted.  Please repair then try again", "File Corrupted");
+        platform::Report("File Corrupted.  Please repair then try again", "File Corrupted");
         return false;
     }
 

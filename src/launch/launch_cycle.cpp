@@ -17,18 +17,12 @@ namespace velto {
 namespace {
 
 bool ConfirmLoss() {
-    return platform::Boxes().Show(
-               {"This action will cause your unsaved changes to be lost.  Continue?",
-                "Discard changes?", platform::BoxIcon::Question, platform::BoxButtons::YesNo,
-                true}) == platform::BoxAnswer::Yes;
+    return platform::ConfirmLoss(
+        "This action will cause your unsaved changes to be lost.  Continue?", "Discard changes?");
 }
 
 std::string NameOf(const std::string& file) {
     return file.substr(0, file.size() - std::min(file.size(), kConfigEnding.size()));
-}
-
-void Report(const std::string& text) {
-    platform::Boxes().Show({text, "Error"});
 }
 
 platform::ProcessRequest RequestFor(const CVeltoSettings& settings, const std::string& path,
@@ -60,7 +54,7 @@ bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCat
     auto& settings = document.settings;
     auto branch = BorrowedBranch::ForRun(document.configDir, settings);
     if (!branch) return false;
-    const auto found = platform::FindFile(platform::Files(), document.configDir, file);
+    const auto found = platform::FindFile(document.configDir, file);
     settings.RestoreFile(found.value_or(file), document.configDir);
     // Behind the merge, which may bring in an image of its own.
     ApplyToRegistry(document);
@@ -101,7 +95,7 @@ bool LaunchCycle::Start(Launch launch) {
         lock.lock();
         workers_.pop_back();
         lock.unlock();
-        Report(std::string("Unable to start Epsxe: ") + failure.what());
+        platform::Report(std::string("Unable to start Epsxe: ") + failure.what());
         return false;
     }
     return true;
@@ -114,7 +108,7 @@ void LaunchCycle::LaunchThread(Launch& launch) {
     if (emulator.ok()) {
         std::ignore = emulator.value()->Wait();
     } else {
-        Report("Unable to locate Epsxe at " + launch.path);
+        platform::Report("Unable to locate Epsxe at " + launch.path);
     }
     if (launch.branch) launch.branch->GiveBack(settings);
 }

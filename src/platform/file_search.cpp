@@ -4,13 +4,14 @@
 #include <utility>
 
 #include "platform/ascii.h"
+#include "platform/files.h"
 
 namespace velto::platform {
 namespace {
 
 template <class Wanted>
-std::vector<std::string> Search(FileService& files, const std::string& folder, Wanted wanted) {
-    auto listed = files.List(folder);
+std::vector<std::string> Search(const std::string& folder, Wanted wanted) {
+    auto listed = Files().List(folder);
     if (!listed.ok()) return {};
     auto names = std::move(listed).value();
     std::erase_if(names, [&](const std::string& name) { return !wanted(name); });
@@ -20,8 +21,8 @@ std::vector<std::string> Search(FileService& files, const std::string& folder, W
 
 }  // namespace
 
-bool IsRegular(FileService& files, const std::string& path) {
-    const auto info = files.Info(path);
+bool IsRegular(const std::string& path) {
+    const auto info = Files().Info(path);
     return info.ok() && info.value().regular;
 }
 
@@ -31,28 +32,25 @@ bool IsFileName(std::string_view name) {
            name.find_first_of(kSeparatorsAndNul) == std::string_view::npos;
 }
 
-std::optional<std::string> FindFile(FileService& files, const std::string& folder,
-                                    std::string_view name) {
+std::optional<std::string> FindFile(const std::string& folder, std::string_view name) {
     if (!IsFileName(name)) return {};
-    if (IsRegular(files, JoinPath(folder, name))) return std::string(name);
-    const auto found = Search(files, folder, [&](const std::string& candidate) {
-        return EqualsIgnoringCase(candidate, name) && IsRegular(files, JoinPath(folder, candidate));
+    if (IsRegular(JoinPath(folder, name))) return std::string(name);
+    const auto found = Search(folder, [&](const std::string& candidate) {
+        return EqualsIgnoringCase(candidate, name) && IsRegular(JoinPath(folder, candidate));
     });
     if (found.empty()) return {};
     return found.front();
 }
 
-std::vector<std::string> FindFilesEndingIn(FileService& files, const std::string& folder,
-                                           std::string_view ending) {
-    auto names = FindNamesEndingIn(files, folder, ending);
-    std::erase_if(
-        names, [&](const std::string& name) { return !IsRegular(files, JoinPath(folder, name)); });
+std::vector<std::string> FindFilesEndingIn(const std::string& folder, std::string_view ending) {
+    auto names = FindNamesEndingIn(folder, ending);
+    std::erase_if(names,
+                  [&](const std::string& name) { return !IsRegular(JoinPath(folder, name)); });
     return names;
 }
 
-std::vector<std::string> FindNamesEndingIn(FileService& files, const std::string& folder,
-                                           std::string_view ending) {
-    return Search(files, folder, [&](std::string_view candidate) {
+std::vector<std::string> FindNamesEndingIn(const std::string& folder, std::string_view ending) {
+    return Search(folder, [&](std::string_view candidate) {
         return candidate.size() >= ending.size() &&
                EqualsIgnoringCase(candidate.substr(candidate.size() - ending.size()), ending);
     });

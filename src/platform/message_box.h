@@ -28,6 +28,12 @@ class MessageBoxes {
 
 MessageBoxes& Boxes();
 
+// Shows a message with "OK".
+void Report(const std::string& text, const std::string& caption = "Error",
+            BoxIcon icon = BoxIcon::Error);
+// Asks a question in which Yes loses something. True: Yes.
+bool ConfirmLoss(const std::string& question, const std::string& caption);
+
 // For a process without a display: each box is one line `caption: text` on standard error (line
 // breaks as they are), and a question is answered No.
 std::unique_ptr<MessageBoxes> MakeStandardErrorBoxes();

@@ -26,6 +26,16 @@ RegistryValue DwordValue(std::uint32_t number) {
     return {RegistryType::Dword, std::move(data)};
 }
 
+std::optional<std::uint32_t> DwordIn(std::string_view data) {
+    constexpr std::size_t kSize = 4;
+    if (data.size() != kSize) return {};
+    std::uint32_t number = 0;
+    for (std::size_t i = kSize; i-- > 0;) {
+        number = number << 8U | static_cast<unsigned char>(data[i]);
+    }
+    return number;
+}
+
 Status WriteValues(RegistryStore& store, std::span<const RegistryWrite> writes) {
     auto transaction = store.Begin();
     if (!transaction.ok()) return transaction.error();

@@ -50,6 +50,8 @@ struct RegistryValue {
 
 RegistryValue StringValue(std::string_view text);  // with the final NUL
 RegistryValue DwordValue(std::uint32_t number);    // 4 bytes, little-endian
+// The number in the data of such a value; nothing if they have another length.
+std::optional<std::uint32_t> DwordIn(std::string_view data);
 
 struct RegistryValueName {
     std::string name;

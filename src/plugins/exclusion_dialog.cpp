@@ -11,7 +11,7 @@ namespace velto {
 namespace {
 
 void Tell(const char* text, const char* caption = "Velto") {
-    platform::Boxes().Show({text, caption, platform::BoxIcon::Information});
+    platform::Report(text, caption, platform::BoxIcon::Information);
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ bool IsLibraryName(std::string_view file) {
 
 std::vector<std::string> LibrariesIn(const std::string& folder) {
     if (folder.empty()) return {};
-    auto files = platform::FindFilesEndingIn(platform::Files(), folder, "");
+    auto files = platform::FindFilesEndingIn(folder, "");
     std::erase_if(files, [](const std::string& file) { return !IsLibraryName(file); });
     return files;
 }

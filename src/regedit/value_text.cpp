@@ -220,12 +220,6 @@ std::string HexNumber(std::uint32_t number) {
     return {digits.data(), end};
 }
 
-std::uint32_t DwordOf(std::string_view data) {
-    std::uint32_t number = 0;
-    for (std::size_t i = 4; i-- > 0;) number = number << 8U | static_cast<unsigned char>(data[i]);
-    return number;
-}
-
 }  // namespace
 
 ValueLine ParseValueLine(std::string_view line, Quoting quoting, std::size_t limit) {
@@ -258,8 +252,9 @@ void AppendValueLine(std::string_view name, const platform::RegistryValue& value
     const std::string_view data = value.data;
     if (value.type == RegistryType::String && IsQuotable(data)) {
         AppendQuoted(data.substr(0, data.size() - 1), out);
-    } else if (value.type == RegistryType::Dword && data.size() == 4) {
-        const auto digits = HexNumber(DwordOf(data));
+    } else if (const auto number = platform::DwordIn(data);
+               value.type == RegistryType::Dword && number) {
+        const auto digits = HexNumber(*number);
         out.append("dword:").append(kMostDigits - digits.size(), '0').append(digits);
     } else {
         if (value.type == RegistryType::Binary) {

@@ -76,11 +76,11 @@ void CAppStartup::Log(const std::string& message) {
 }
 
 void CAppStartup::RunFirstSetup() {
-    platform::Boxes().Show(
-        {"              Welcome to Velto.\n\nAs this is the first time this "
-         "application \nhas been run please take a few moments\nto configure "
-         "the nesessary settings.",
-         "Hello!", platform::BoxIcon::Information});
+    platform::Report(
+        "              Welcome to Velto.\n\nAs this is the first time this "
+        "application \nhas been run please take a few moments\nto configure "
+        "the nesessary settings.",
+        "Hello!", platform::BoxIcon::Information);
     window_.RunPathsDialog();
     Log("Program settings written to registry.");
     settings_.SetFirstRunDone();
@@ -119,7 +119,7 @@ void CAppStartup::RecoverBackups() {
 }
 
 bool CAppStartup::FindsLeftover(const char* file, const char* line) {
-    if (platform::FindFile(platform::Files(), configDir_, file) != file) return false;
+    if (platform::FindFile(configDir_, file) != file) return false;
     Log(line);
     return true;
 }

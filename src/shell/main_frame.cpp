@@ -194,10 +194,10 @@ void CMainFrame::OnHandOver(const std::string& name) {
 
 bool CMainFrame::CheckHandedOver(const std::string& name) const {
     const auto file = name + std::string(kConfigEnding);
-    const auto found = platform::FindFile(platform::Files(), document_.configDir, file);
+    const auto found = platform::FindFile(document_.configDir, file);
     if (found == file) return true;
     const std::string hint = found ? ". Remember that names are case sensitive." : "";
-    platform::Boxes().Show({name + " does not exist" + hint, "File not found"});
+    platform::Report(name + " does not exist" + hint, "File not found");
     return false;
 }
 

@@ -206,10 +206,10 @@ void CMainFrameWindow::HideEditor() {
         return frame_->OnHidden();
     }
     if (!std::exchange(told_of_tray_, true)) {
-        platform::Boxes().Show(
-            {"This desktop has no tray, so Velto stays among the windows, "
-             "minimised instead of hidden.",
-             "No tray", platform::BoxIcon::Information});
+        platform::Report(
+            "This desktop has no tray, so Velto stays among the windows, "
+            "minimised instead of hidden.",
+            "No tray", platform::BoxIcon::Information);
     }
     showMinimized();
     frame_->OnHidden();

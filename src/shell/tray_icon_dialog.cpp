@@ -24,8 +24,8 @@ void CTrayIconDlg::Browse() {
 
 void CTrayIconDlg::accept() {
     settings_.SetIconFile(file_->bytes());
-    platform::Boxes().Show({"You may need restart in order for this change to take effect",
-                            "Icon Selection Updated", platform::BoxIcon::None});
+    platform::Report("You may need restart in order for this change to take effect",
+                     "Icon Selection Updated", platform::BoxIcon::None);
     FormDialog::accept();
 }
 

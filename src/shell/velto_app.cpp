@@ -17,10 +17,6 @@ namespace {
 
 constexpr std::string_view kDirectFlag = "direct";
 
-void Report(const std::string& text, const std::string& caption) {
-    platform::Boxes().Show({text, caption});
-}
-
 }  // namespace
 
 void CVeltoApp::InitInstance() {
@@ -28,15 +24,15 @@ void CVeltoApp::InitInstance() {
     std::string parameter;
     CVeltoCommandLine(command_line_).Parse(flag, parameter);
     if ((!flag.empty() || !parameter.empty()) && flag != kDirectFlag) {
-        Report("-" + flag + " " + parameter + " is not a recognised command", "Unknown Flag");
+        platform::Report("-" + flag + " " + parameter + " is not a recognised command",
+                         "Unknown Flag");
         return;
     }
 
     const auto first = platform::Instance().Acquire();
     if (!first.ok()) {
-        Report("Unable to tell whether Velto is running: " + first.error().subject + ": " +
-                   first.error().text,
-               "Error");
+        platform::Report("Unable to tell whether Velto is running: " + first.error().subject +
+                         ": " + first.error().text);
         return;
     }
     if (!first.value()) {
@@ -56,14 +52,14 @@ void CVeltoApp::InitInstance() {
 
 void CVeltoApp::MeetFirstProcess(const std::string& flag, const std::string& name) {
     if (flag != kDirectFlag) {
-        Report("Velto is already running.", "Already running");
+        platform::Report("Velto is already running.", "Already running");
         return;
     }
     const auto answer = platform::Instance().HandOver(name);
     if (answer == platform::HandOverResult::Answered) status_ = 0;
     // What can't be handed over because of its length can't be a file either.
     if (answer == platform::HandOverResult::Refused && name.size() > platform::kLongestName) {
-        Report(name + std::string(kConfigEnding) + " does not exist", "File not found");
+        platform::Report(name + std::string(kConfigEnding) + " does not exist", "File not found");
     }
 }
 
@@ -74,8 +70,8 @@ bool CVeltoApp::OpenRegistry() {
          platform::DwordValue(1)}};
     const auto opened = platform::Registry().OpenStore(installed);
     if (opened.ok()) return true;
-    Report("Unable to open the registry " + opened.error().subject + ": " + opened.error().text,
-           "Error");
+    platform::Report("Unable to open the registry " + opened.error().subject + ": " +
+                     opened.error().text);
     return false;
 }
 

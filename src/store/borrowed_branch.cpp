@@ -18,10 +18,6 @@ bool IsTaken(const platform::Result<FileLock>& lock) {
     return !lock.ok() && lock.error().kind == platform::ErrorKind::AlreadyExists;
 }
 
-void Report(const std::string& text) {
-    platform::Boxes().Show({text, "Error"});
-}
-
 }  // namespace
 
 void DiscardBackup(const std::string& path) {
@@ -98,7 +94,7 @@ std::optional<BorrowedBranch> BorrowedBranch::Borrow(const std::string& configDi
         all_merged = MergeFound(configDir, branch, settings) && all_merged;
     }
     if (!all_merged) {
-        Report("Unable to restore settings");
+        platform::Report("Unable to restore settings");
         return {};
     }
     BorrowedBranch borrowed(configDir, *std::move(turn));
@@ -137,7 +133,7 @@ bool BorrowedBranch::Save(const Branch& branch, CVeltoSettings& settings) {
 bool BorrowedBranch::LockRun() {
     auto lock = FileLock::Take(JoinPath(config_dir_, kMainBackup));
     if (!lock.ok()) {
-        Report("Unable to lock " + lock.error().subject + ": " + lock.error().text);
+        platform::Report("Unable to lock " + lock.error().subject + ": " + lock.error().text);
         return false;
     }
     run_ = std::move(lock).value();

@@ -56,8 +56,8 @@ void CConfigFile::WriteEntry(std::string_view key, std::string_view value) {
 int CConfigFile::FindEntryLine(std::string_view key) const {
     const auto at = text_.find(key);
     if (at == std::string::npos) {
-        platform::Boxes().Show(
-            {"Unable to read " + std::string(key) + " from this configuration", "Entry not found"});
+        platform::Report("Unable to read " + std::string(key) + " from this configuration",
+                         "Entry not found");
         return -1;
     }
     const auto end = text_.begin() + static_cast<std::ptrdiff_t>(at);

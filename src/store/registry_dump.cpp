@@ -19,7 +19,7 @@ using platform::RegistryType;
 
 // Bytes with the final NUL, of a name and of a string.
 constexpr std::size_t kBuffer = 260;
-constexpr std::size_t kDwordSize = 4;
+constexpr std::size_t kDwordDigits = 8;
 
 // Bytes on disk. The rest of a configuration is left to its options and comments: no save could
 // take a larger dump.
@@ -36,7 +36,7 @@ constexpr std::array<Branch, 3> kBranches = {{
 }};
 
 void Report(const char* text, const char* caption = "Tavo Screwed up") {
-    platform::Boxes().Show({text, caption});
+    platform::Report(text, caption);
 }
 
 std::unique_ptr<RegistryKey> OpenKey(const std::string& path) {
@@ -95,12 +95,8 @@ std::string FormatBinary(RegistryKey& key, const std::string& name) {
 
 std::string FormatDword(RegistryKey& key, const std::string& name) {
     const auto data = Read(key, name, RegistryType::Dword);
-    if (data && data->size() == kDwordSize) {
-        std::uint32_t number = 0;
-        for (std::size_t i = kDwordSize; i-- > 0;) {
-            number = number << 8U | static_cast<unsigned char>((*data)[i]);
-        }
-        return '"' + name + "\"=dword:" + Hex(number, 2 * kDwordSize);
+    if (const auto number = data ? platform::DwordIn(*data) : std::nullopt) {
+        return '"' + name + "\"=dword:" + Hex(*number, kDwordDigits);
     }
     Report("error reading DWORD");
     return {};

@@ -25,11 +25,9 @@ bool EndsUntil(Clock::time_point moment, platform::ChildProcess& editor, Registr
 }
 
 bool UserEnds(const std::string& program) {
-    return platform::Boxes().Show(
-               {"The registry editor is taking long:\n" + program +
-                    "\n\nEnd it?  What it was asked to do then counts as failed.",
-                "Registry editor", platform::BoxIcon::Question, platform::BoxButtons::YesNo,
-                true}) == platform::BoxAnswer::Yes;
+    return platform::ConfirmLoss("The registry editor is taking long:\n" + program +
+                                     "\n\nEnd it?  What it was asked to do then counts as failed.",
+                                 "Registry editor");
 }
 
 void AwaitEnd(platform::ChildProcess& editor, const std::string& program,

@@ -20,9 +20,9 @@ bool CVeltoDoc::LoadConfig(const std::string& name) {
 
     const auto opened = OpenConfig(name);
     if (!opened.ok()) {
-        platform::Boxes().Show(
-            {"Unable to open " + name + std::string(kConfigEnding) + " in folder " + configDir,
-             "File Not Found"});
+        platform::Report(
+            "Unable to open " + name + std::string(kConfigEnding) + " in folder " + configDir,
+            "File Not Found");
         return true;
     }
     const auto& file = opened.value();
@@ -33,11 +33,11 @@ bool CVeltoDoc::LoadConfig(const std::string& name) {
     loaded_name_ = name;
 
     if (loaded.corrupted) {
-        platform::Boxes().Show(
-            {"One or more errors where detected in this configuration.  Default settings have been "
-             "used for the corrupted values.  It is recommended that you review all settings and "
-             "change as necessary",
-             "File Corrupted", platform::BoxIcon::Warning});
+        platform::Report(
+            "One or more errors where detected in this configuration.  Default settings have been "
+            "used for the corrupted values.  It is recommended that you review all settings and "
+            "change as necessary",
+            "File Corrupted", platform::BoxIcon::Warning);
     } else if (FlagFromText(RowOf(Key::magicCFG), file.ReadEntry(RowOf(Key::magicCFG).name))) {
         editor_.AdaptPortable(*this, name);
     }
@@ -72,9 +72,8 @@ bool CVeltoDoc::GiveUpChanges() {
 bool CVeltoDoc::AcceptLoss() {
     const auto removed = platform::Files().Remove(PendingDumpPath());
     if (!removed.ok() && removed.error().kind != platform::ErrorKind::NotFound) {
-        platform::Boxes().Show(
-            {"Unable to delete " + std::string(kPendingDump) + ": " + removed.error().text,
-             "Error"});
+        platform::Report("Unable to delete " + std::string(kPendingDump) + ": " +
+                         removed.error().text);
         return false;
     }
     dirty = false;
@@ -89,10 +88,10 @@ std::string CVeltoDoc::NameInHand() const {
 }
 
 bool CVeltoDoc::ConfirmLoss() {
-    return platform::Boxes().Show({"Warning: This action will cause your current changes to be "
-                                   "lost.  Do you wish to continue?",
-                                   "Switch view?", platform::BoxIcon::Question,
-                                   platform::BoxButtons::YesNo, true}) == platform::BoxAnswer::Yes;
+    return platform::ConfirmLoss(
+        "Warning: This action will cause your current changes to be lost.  Do you wish to "
+        "continue?",
+        "Switch view?");
 }
 
 bool CVeltoDoc::SendBack() {
@@ -102,7 +101,7 @@ bool CVeltoDoc::SendBack() {
 
 platform::Result<CConfigFile> CVeltoDoc::OpenConfig(const std::string& name) const {
     const auto file = name + std::string(kConfigEnding);
-    const auto found = platform::FindFile(platform::Files(), configDir, file);
+    const auto found = platform::FindFile(configDir, file);
     if (!found) {
         return platform::Error{platform::ErrorKind::NotFound, file, "there is no such file"};
     }

@@ -23,7 +23,7 @@ Result<std::string> PathIn(const std::string& folder, const std::string& file) {
     if (!platform::IsFileName(file)) {
         return platform::Error{ErrorKind::Malformed, file, "no name of a file"};
     }
-    return JoinPath(folder, platform::FindFile(Files(), folder, file).value_or(file));
+    return JoinPath(folder, platform::FindFile(folder, file).value_or(file));
 }
 
 // The file's text with LF line ends; nothing if there is no such file.
@@ -55,8 +55,8 @@ bool CVeltoDoc::SaveConfig(const std::string& source, bool magic, const std::str
         if (!magic) dirty = false;
         return true;
     }
-    platform::Boxes().Show(
-        {"Unable to save settings to " + file + " in folder " + configDir, "File Not Found"});
+    platform::Report("Unable to save settings to " + file + " in folder " + configDir,
+                     "File Not Found");
     return false;
 }
 

@@ -37,16 +37,6 @@ std::string CurrentUserKey(std::string_view path) {
     return std::string(platform::kCurrentUser).append(path);
 }
 
-// Nothing if the value is of another type.
-std::optional<std::uint32_t> ToNumber(const platform::RegistryValue& value) {
-    if (value.type != RegistryType::Dword || value.data.size() != 4) return {};
-    std::uint32_t number = 0;
-    for (std::size_t i = 4; i-- > 0;) {
-        number = number << 8 | static_cast<unsigned char>(value.data[i]);
-    }
-    return number;
-}
-
 // Values of one key, written together.
 void Write(std::string_view key,
            std::initializer_list<std::pair<const char*, platform::RegistryValue>> values) {
@@ -157,18 +147,17 @@ int CVeltoSettings::BackupBranch(const std::string& key, const std::string& file
                                  const std::string& folder) {
     const auto run =
         RunRegistryEditor("/E " + platform::QuoteParameter(file) + " " + key, folder, editor_wait_);
-    if (run == EditorRun::Done &&
-        platform::IsRegular(platform::Files(), platform::JoinPath(folder, file))) {
+    if (run == EditorRun::Done && platform::IsRegular(platform::JoinPath(folder, file))) {
         return 0;
     }
-    platform::Boxes().Show({"Unable to backup " + key + " settings", "Error"});
+    platform::Report("Unable to backup " + key + " settings");
     return run == EditorRun::NotStarted ? -1 : kNoBackup;
 }
 
 int CVeltoSettings::RestoreFile(const std::string& file, const std::string& folder) {
     const auto run = MergeFile(file, folder);
     if (run == EditorRun::NotStarted) {
-        platform::Boxes().Show({"Unable to restore settings", "Error"});
+        platform::Report("Unable to restore settings");
     }
     return run == EditorRun::Done ? 0 : -1;
 }
@@ -198,8 +187,8 @@ bool CVeltoSettings::IsListLost(std::string_view name) const {
 std::uint32_t CVeltoSettings::ReadDword(std::string_view name, std::uint32_t missing) const {
     if (!key_) return missing;
     const auto value = key_->Query(name);
-    if (!value.ok()) return missing;
-    return ToNumber(value.value()).value_or(missing);
+    if (!value.ok() || value.value().type != RegistryType::Dword) return missing;
+    return platform::DwordIn(value.value().data).value_or(missing);
 }
 
 void CVeltoSettings::WriteString(std::string_view name, std::string_view text) {

@@ -38,10 +38,10 @@ class SearchTest : public HomeTest {
   protected:
     // Empty if nothing is found.
     std::string Find(std::string_view name) {
-        return platform::FindFile(*files, environment.ConfigFolder(), name).value_or("");
+        return platform::FindFile(environment.ConfigFolder(), name).value_or("");
     }
     std::vector<std::string> FindAll() {
-        return platform::FindFilesEndingIn(*files, environment.ConfigFolder(), ".dta");
+        return platform::FindFilesEndingIn(environment.ConfigFolder(), ".dta");
     }
 };
 

@@ -17,7 +17,7 @@ constexpr std::size_t kTooLong = 245;  // bytes, with `.dta`
 
 // The path of a file of the folder, in the spelling found there.
 std::string PathIn(const std::string& folder, const std::string& file) {
-    return platform::JoinPath(folder, platform::FindFile(Files(), folder, file).value_or(file));
+    return platform::JoinPath(folder, platform::FindFile(folder, file).value_or(file));
 }
 
 // Each line of the copy has its line end, also the last one.
@@ -33,19 +33,19 @@ platform::Status Copy(const std::string& source, const std::string& target) {
 
 bool OnCopyConfig(CVeltoDoc& document, CEpsxeTree& tree) {
     if (CEpsxeTree::NodeKind(tree.GetSelectedItem()) != NodeKind::Configuration) {
-        platform::Boxes().Show({"No Config selected", "No cfg"});
+        platform::Report("No Config selected", "No cfg");
         return false;
     }
     const auto file = tree.GetSelectedConfigFile();
     if (file.size() >= kTooLong) {
-        platform::Boxes().Show({"Filenme too large", "name too large"});
+        platform::Report("Filenme too large", "name too large");
         return false;
     }
     const auto source = FileOf(document.configDir, *tree.GetSelectedItem().node);
     const auto copied = Copy(platform::JoinPath(document.configDir, source),
                              PathIn(document.configDir, "A copy of " + file));
     if (copied.ok()) return true;
-    platform::Boxes().Show({"Unable to copy " + file + ": " + copied.error().text, "Error"});
+    platform::Report("Unable to copy " + file + ": " + copied.error().text);
     return false;
 }
 

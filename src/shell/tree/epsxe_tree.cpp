@@ -119,7 +119,7 @@ void CEpsxeTree::Sort(TreeNode& parent) {
 // A file whose name differs elsewhere is another configuration.
 std::string FileOf(const std::string& folder, const TreeNode& configuration) {
     auto file = configuration.text + std::string(kConfigEnding);
-    const auto found = platform::FindFile(platform::Files(), folder, file);
+    const auto found = platform::FindFile(folder, file);
     return found && found->starts_with(configuration.text) ? *found : file;
 }
 

@@ -9,16 +9,11 @@
 namespace velto {
 namespace {
 
-bool Confirm(const std::string& question, const std::string& caption) {
-    return platform::Boxes().Show({question, caption, platform::BoxIcon::Question,
-                                   platform::BoxButtons::YesNo, true}) == platform::BoxAnswer::Yes;
-}
-
 // False after a message. What is gone already is as it should be.
 bool DeleteFile(const std::string& folder, const std::string& file) {
     const auto removed = platform::Files().Remove(platform::JoinPath(folder, file));
     if (removed.ok() || removed.error().kind == platform::ErrorKind::NotFound) return true;
-    platform::Boxes().Show({"Unable to delete " + file + ": " + removed.error().text, "Error"});
+    platform::Report("Unable to delete " + file + ": " + removed.error().text);
     return false;
 }
 
@@ -26,7 +21,7 @@ bool DeleteFile(const std::string& folder, const std::string& file) {
 // the folder for one after the other would list it each time.
 std::map<std::string, std::string> FilesByName(const std::string& folder) {
     std::map<std::string, std::string> files;
-    for (auto& file : platform::FindFilesEndingIn(platform::Files(), folder, kConfigEnding)) {
+    for (auto& file : platform::FindFilesEndingIn(folder, kConfigEnding)) {
         const auto name = file.substr(0, file.size() - kConfigEnding.size());
         if (file.ends_with(kConfigEnding)) {
             files.insert_or_assign(name, std::move(file));
@@ -86,15 +81,17 @@ class GroupDeletion {
 
 // True if the user said yes, whatever came of it: what is left is read anew.
 bool DeleteConfiguration(const std::string& folder, const TreeNode& node) {
-    if (!Confirm("Are you sure you wish to delete this file?", "Confirm Delete")) return false;
+    if (!platform::ConfirmLoss("Are you sure you wish to delete this file?", "Confirm Delete"))
+        return false;
     DeleteFile(folder, FileOf(folder, node));
     return true;
 }
 
 bool DeleteGroup(CVeltoDoc& document, TreeWindow& window, const TreeNode& node) {
-    if (!Confirm("This action will delete all configurations contained within this group. \nDo you "
-                 "wish to continue?",
-                 "Remove Group?")) {
+    if (!platform::ConfirmLoss(
+            "This action will delete all configurations contained within this group. \nDo you "
+            "wish to continue?",
+            "Remove Group?")) {
         return false;
     }
     const auto before = GroupLists::Read(document.settings);

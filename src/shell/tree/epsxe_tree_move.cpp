@@ -30,8 +30,8 @@ bool CEpsxeTree::Drop(TreeNode& dragged, const TreeItem& target) {
     if (!CanDrag({&dragged}) || target.node == nullptr) return false;
     if (NodeKind(target) != NodeKind::Group || IsWithin(*target.node, dragged)) return false;
     if (document_.dirty) {
-        platform::Boxes().Show({"Unable to move item. You have not saved your current changes.",
-                                "Changes pending", platform::BoxIcon::Warning});
+        platform::Report("Unable to move item. You have not saved your current changes.",
+                         "Changes pending", platform::BoxIcon::Warning);
         return false;
     }
     return dragged.kind == NodeKind::Configuration ? MoveConfiguration(dragged, *target.node)

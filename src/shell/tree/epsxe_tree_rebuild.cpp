@@ -91,10 +91,10 @@ void CEpsxeTree::OnUpdate() {
     const auto groups = BuildGroups(*root, GroupLists::Read(document_.settings));
 
     auto& files = platform::Files();
-    for (auto& file : platform::FindNamesEndingIn(files, document_.configDir, kConfigEnding)) {
+    for (auto& file : platform::FindNamesEndingIn(document_.configDir, kConfigEnding)) {
         const auto path = platform::JoinPath(document_.configDir, file);
         const auto text = platform::ReadWhole(files, path, kLargestConfigFile);
-        if (!text.ok() && !platform::IsRegular(files, path)) continue;
+        if (!text.ok() && !platform::IsRegular(path)) continue;
         auto* const group = groups.Find(text.ok() ? GroupIn(text.value()) : std::string());
         file.resize(file.size() - kConfigEnding.size());
         Append(group != nullptr ? *group : *root, NodeKind::Configuration, std::move(file));

@@ -14,7 +14,7 @@ namespace {
 using platform::BoxIcon;
 
 void ReportRefusal(const std::string& file, const std::string& reason) {
-    platform::Boxes().Show({"Unable to rename " + file + ": " + reason, "Error"});
+    platform::Report("Unable to rename " + file + ": " + reason);
 }
 
 }  // namespace
@@ -34,9 +34,9 @@ bool CEpsxeTree::RenameConfiguration(TreeNode& node, const std::string& text) {
     auto& files = platform::Files();
     const auto& folder = document_.configDir;
     const auto to = text + std::string(kConfigEnding);
-    if (platform::FindFile(files, folder, to)) {
-        platform::Boxes().Show({"Cannot Rename.  A Configuration with this name already exists",
-                                "Name Exists", BoxIcon::Warning});
+    if (platform::FindFile(folder, to)) {
+        platform::Report("Cannot Rename.  A Configuration with this name already exists",
+                         "Name Exists", BoxIcon::Warning);
         return false;
     }
     const auto from = FileOf(folder, node);
@@ -63,8 +63,8 @@ bool CEpsxeTree::RenameConfiguration(TreeNode& node, const std::string& text) {
 bool CEpsxeTree::RenameGroup(TreeNode& node, const std::string& text) {
     auto lists = GroupLists::Read(document_.settings);
     if (lists.Holds(text)) {
-        platform::Boxes().Show({"Cannot Rename.  A group with this name already exists",
-                                "Group Exists", BoxIcon::Warning});
+        platform::Report("Cannot Rename.  A group with this name already exists", "Group Exists",
+                         BoxIcon::Warning);
         return false;
     }
     const auto from = node.text;

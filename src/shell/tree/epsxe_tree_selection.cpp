@@ -9,7 +9,7 @@ std::string CEpsxeTree::GetSelectedConfigName() const {
 
 std::string CEpsxeTree::GetSelectedConfigFile() const {
     if (NodeKind(selected_) == NodeKind::Group) {
-        platform::Boxes().Show({"No Configuration has been selected", "Error"});
+        platform::Report("No Configuration has been selected");
         return {};
     }
     return GetSelectedConfigName() + std::string(kConfigEnding);

@@ -29,7 +29,7 @@ std::optional<std::string> WithGroup(const CConfigFile& file, const std::string&
 
 GroupRewrite RewriteGroup(const std::string& folder, const std::string& from, const std::string& to,
                           const GroupRewriteAsks& asks) {
-    const auto names = platform::FindNamesEndingIn(Files(), folder, kConfigEnding);
+    const auto names = platform::FindNamesEndingIn(folder, kConfigEnding);
     if (names.empty()) {
         // Files that can't be seen now would keep the old name.
         const auto listed = Files().List(folder);

@@ -6,22 +6,22 @@ namespace velto {
 
 bool CheckNameGiven(std::string_view name, platform::BoxIcon icon) {
     if (!name.empty()) return true;
-    platform::Boxes().Show({"No name specified.", "Error", icon});
+    platform::Report("No name specified.", "Error", icon);
     return false;
 }
 
 bool CheckCharacters(std::string_view name) {
     if (!HasInvalidCharacters(name)) return true;
-    platform::Boxes().Show(
-        {"Config names cannot contain any of the following characters, "
-         "\\/:?\"<>|;*",
-         "Invalid Characters", platform::BoxIcon::Warning});
+    platform::Report(
+        "Config names cannot contain any of the following characters, "
+        "\\/:?\"<>|;*",
+        "Invalid Characters", platform::BoxIcon::Warning);
     return false;
 }
 
 bool CheckNotReserved(std::string_view name) {
     if (!IsReservedName(name)) return true;
-    platform::Boxes().Show({"Illegal Filename.", "Error"});
+    platform::Report("Illegal Filename.");
     return false;
 }
 

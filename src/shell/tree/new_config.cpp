@@ -17,7 +17,7 @@ bool CNewConfig::OnOk(const std::string& new_name, const std::string& chosen_gro
     const auto file = new_name + std::string(kConfigEnding);
     const auto written = WriteConfig(file, NewConfigFile(chosen_group).text());
     if (!written.ok()) {
-        platform::Boxes().Show({"Unable to create " + file + ": " + written.error().text, "Error"});
+        platform::Report("Unable to create " + file + ": " + written.error().text);
         return false;
     }
     name = new_name;
@@ -29,8 +29,8 @@ bool CNewConfig::CheckName(const std::string& new_name) const {
     if (!CheckNameGiven(new_name, platform::BoxIcon::Error)) return false;
     if (!CheckCharacters(new_name)) return false;
     const auto file = new_name + std::string(kConfigEnding);
-    if (platform::FindFile(platform::Files(), configDir, file)) {
-        platform::Boxes().Show({"Filename already exists.", "Error"});
+    if (platform::FindFile(configDir, file)) {
+        platform::Report("Filename already exists.");
         return false;
     }
     return CheckNotReserved(new_name);

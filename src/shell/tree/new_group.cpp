@@ -19,8 +19,7 @@ bool CNewGroup::OnOk(const std::string& new_name, const std::string& parent_grou
     if (!CheckCharacters(new_name) || !CheckNotReserved(new_name)) return false;
     const auto groups = settings_.GetGroups();
     if (std::find(groups.begin(), groups.end(), new_name) != groups.end()) {
-        platform::Boxes().Show(
-            {"Group Already Exists", "Group Exists", platform::BoxIcon::Warning});
+        platform::Report("Group Already Exists", "Group Exists", platform::BoxIcon::Warning);
         return false;
     }
     name = new_name;
