@@ -11,6 +11,7 @@
 #include "platform/process.h"
 #include "platform/stored_path.h"
 #include "store/key_table.h"
+#include "store/registry_editor.h"
 #include "store/velto_settings.h"
 
 namespace velto {
@@ -123,7 +124,7 @@ bool RunDirect(const std::string& name) {
     if (!IsThere(folder, file)) return false;
 
     CVeltoSettings settings;
-    settings.RestoreFile(file, folder);
+    RestoreFile(file, folder);
 
     // A file that has vanished by now has no keys.
     auto opened = CConfigFile::Open(platform::JoinPath(folder, file));

@@ -12,6 +12,7 @@
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/stored_path.h"
+#include "store/registry_editor.h"
 
 namespace velto {
 namespace {
@@ -52,10 +53,10 @@ void UnloadOtherPlugins(CPluginCatalogue& catalogue, const ConfigRecord& record)
 bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCatalogue& catalogue) {
     if (file.empty() || (document.dirty && !ConfirmLoss())) return false;
     auto& settings = document.settings;
-    auto branch = BorrowedBranch::ForRun(document.configDir, settings);
+    auto branch = BorrowedBranch::ForRun(document.configDir);
     if (!branch) return false;
     const auto found = platform::FindFile(document.configDir, file);
-    settings.RestoreFile(found.value_or(file), document.configDir);
+    RestoreFile(found.value_or(file), document.configDir);
     // Behind the merge, which may bring in an image of its own.
     ApplyToRegistry(document);
     const auto arguments =
@@ -110,7 +111,7 @@ void LaunchCycle::LaunchThread(Launch& launch) {
     } else {
         platform::Report("Unable to locate Epsxe at " + launch.path);
     }
-    if (launch.branch) launch.branch->GiveBack(settings);
+    if (launch.branch) launch.branch->GiveBack();
 }
 
 void LaunchCycle::Finish(Worker& worker) {

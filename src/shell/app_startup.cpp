@@ -13,6 +13,7 @@
 #include "platform/replace_file.h"
 #include "platform/stored_path.h"
 #include "store/borrowed_branch.h"
+#include "store/registry_editor.h"
 
 namespace velto {
 namespace {
@@ -46,9 +47,7 @@ void AppendToLog(std::string_view text, bool anew) {
 }  // namespace
 
 CAppStartup::CAppStartup(std::string configDir, StartupWindow& window)
-    : configDir_(std::move(configDir)), window_(window) {
-    settings_.SetEditorWait(&window);
-}
+    : configDir_(std::move(configDir)), window_(window) {}
 
 void CAppStartup::Run() {
     AppendToLog(kFirstLine, true);
@@ -113,7 +112,7 @@ void CAppStartup::RecoverBackups() {
     if (FindsLeftover(kMainBackup, "main.bak detected.  Deleteing...")) DeleteLeftover(kMainBackup);
     if (FindsLeftover(kPluginsBackup,
                       "plugins.bak detected.  Now resetting registry and deleteing the file") &&
-        settings_.RestoreFile(kPluginsBackup, configDir_) == 0) {
+        RestoreFile(kPluginsBackup, configDir_) == 0) {
         DiscardBackup(platform::JoinPath(configDir_, kPluginsBackup));
     }
 }

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "plugins/plugin_catalogue.h"
-#include "store/registry_editor.h"
 #include "store/velto_settings.h"
 
 namespace velto {
@@ -17,8 +16,9 @@ namespace velto {
 inline constexpr const char* kStartupLog = "c:\\veltoStartup.log";
 
 // What the sequence shows while it runs.
-class StartupWindow : public RegistryEditorWait {
+class StartupWindow {
   public:
+    virtual ~StartupWindow() = default;
     virtual void OnLogLine(const std::string& line) = 0;
     // The user sets the programs' paths. Whether it is cancelled doesn't matter.
     virtual void RunPathsDialog() = 0;

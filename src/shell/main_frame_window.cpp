@@ -65,7 +65,6 @@ CMainFrameWindow::CMainFrameWindow(std::string configDir, CPluginCatalogue& cata
     tree_view_ = MakeOwned<CEpsxeTreeView>(this, [this](int page) { panes_->ShowPage(page); });
     frame_ =
         std::make_unique<CMainFrame>(std::move(configDir), catalogue, launch, *tree_view_, *this);
-    frame_->document().settings.SetEditorWait(this);
     panes_ = MakeOwned<EditorPanes>(tree_view_, frame_->document(), Services(), this);
     setCentralWidget(panes_);
     tree_view_->SetTree(frame_->tree());
@@ -131,7 +130,7 @@ void CMainFrameWindow::Start(std::function<void()> closed) {
 
 void CMainFrameWindow::Run(Command command) {
     // The tray's menu opens beside a dialog, too.
-    if (repainting_ || RaiseDialog()) return;
+    if (RaiseDialog()) return;
     if (tree_view_->FinishEditing()) {
         later_.Call([this, command] { Run(command); });
     } else {
@@ -261,7 +260,6 @@ QWidget* CMainFrameWindow::DialogParent() {
 }
 
 void CMainFrameWindow::closeEvent(QCloseEvent* event) {
-    if (repainting_) return event->ignore();
     if (tree_view_->FinishEditing()) {
         later_.Call([this] { close(); });
         return event->ignore();
@@ -295,16 +293,8 @@ void CMainFrameWindow::PostRunEnded() {
     QCoreApplication::postEvent(this, MakeOwned<QEvent>(kRunEnded));
 }
 
-// In the middle of a launch: nothing may change what is launched.
-void CMainFrameWindow::Repaint() {
-    repainting_ = true;
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
-                                    QEventLoop::ExcludeSocketNotifiers);
-    repainting_ = false;
-}
-
 void CMainFrameWindow::ServeHandOver() {
-    if (repainting_ || QApplication::activeModalWidget() != nullptr ||
+    if (QApplication::activeModalWidget() != nullptr ||
         QApplication::activePopupWidget() != nullptr) {
         hand_over_again_.start(kHandOverAgainMs);
         return;

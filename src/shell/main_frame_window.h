@@ -23,7 +23,7 @@
 
 namespace velto {
 
-class CMainFrameWindow : public QMainWindow, public FrameWindow, public RegistryEditorWait {
+class CMainFrameWindow : public QMainWindow, public FrameWindow {
   public:
     // `configDir` is a host path without a separator at its end. `has_tray` tells whether the
     // desktop has a tray. The window is hidden at first.
@@ -53,9 +53,6 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow, public Registry
     bool RunNewGroup(CNewGroup& new_group, const std::string& selected_group) override;
     bool RunExitDialog(bool& dontAskAgain) override;
     void RunDialog(Command dialog) override;
-
-    // RegistryEditorWait
-    void Repaint() override;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -88,7 +85,6 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow, public Registry
     std::function<void()> on_closed_;
     bool told_of_tray_ = false;
     bool closed_ = false;
-    bool repainting_ = false;
 };
 
 }  // namespace velto

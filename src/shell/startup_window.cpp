@@ -82,10 +82,6 @@ void CAppStartupWindow::Run(CAppStartup& startup) {
 
 void CAppStartupWindow::OnLogLine(const std::string& line) {
     log_->appendPlainText(FromBytes(line));
-    Repaint();
-}
-
-void CAppStartupWindow::Repaint() {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 

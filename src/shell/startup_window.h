@@ -22,7 +22,6 @@ class CAppStartupWindow : public QDialog, public StartupWindow {
     // The line is on the screen when this returns.
     void OnLogLine(const std::string& line) override;
     void RunPathsDialog() override;
-    void Repaint() override;
 
     // Neither Escape nor the window manager closes it.
     void reject() override {}

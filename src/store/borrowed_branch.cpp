@@ -7,6 +7,7 @@
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/registry.h"
+#include "store/registry_editor.h"
 
 namespace velto {
 namespace {
@@ -52,46 +53,39 @@ bool BranchTurn::Lock(const std::string& path) {
     return true;
 }
 
-std::optional<BorrowedBranch> BorrowedBranch::ForRun(const std::string& configDir,
-                                                     CVeltoSettings& settings) {
-    return Borrow(configDir,
-                  {{kMainBackup, "HKEY_CURRENT_USER\\Software\\epsxe"},
-                   {kPluginsBackup, "HKEY_CURRENT_USER\\Software\\Vision Thing"}},
-                  settings);
+std::optional<BorrowedBranch> BorrowedBranch::ForRun(const std::string& configDir) {
+    return Borrow(configDir, {{kMainBackup, "HKEY_CURRENT_USER\\Software\\epsxe"},
+                              {kPluginsBackup, "HKEY_CURRENT_USER\\Software\\Vision Thing"}});
 }
 
-std::optional<BorrowedBranch> BorrowedBranch::ForPlugins(const std::string& configDir,
-                                                         CVeltoSettings& settings) {
+std::optional<BorrowedBranch> BorrowedBranch::ForPlugins(const std::string& configDir) {
     return Borrow(configDir,
-                  {{kPluginsBackup, "HKEY_CURRENT_USER\\Software\\Vision Thing\\PSEmu Pro"}},
-                  settings);
+                  {{kPluginsBackup, "HKEY_CURRENT_USER\\Software\\Vision Thing\\PSEmu Pro"}});
 }
 
 BorrowedBranch::~BorrowedBranch() {
     if (backups_.empty()) return;
-    CVeltoSettings settings;
-    GiveBack(settings);
+    GiveBack();
 }
 
-void BorrowedBranch::GiveBack(CVeltoSettings& settings) {
+void BorrowedBranch::GiveBack() {
     auto merged = std::exchange(backups_, {});
     // Both are held until the backups are gone.
     const auto turn = std::move(turn_);
     const auto run = std::move(run_);
     if (run && !run->IsOn(JoinPath(config_dir_, kMainBackup))) return;
-    std::erase_if(
-        merged, [&](const char* backup) { return settings.RestoreFile(backup, config_dir_) != 0; });
+    std::erase_if(merged,
+                  [&](const char* backup) { return RestoreFile(backup, config_dir_) != 0; });
     Delete(merged);
 }
 
 std::optional<BorrowedBranch> BorrowedBranch::Borrow(const std::string& configDir,
-                                                     std::initializer_list<Branch> branches,
-                                                     CVeltoSettings& settings) {
+                                                     std::initializer_list<Branch> branches) {
     auto turn = BranchTurn::Take(configDir);
     if (!turn) return {};
     bool all_merged = true;
     for (const auto& branch : branches) {
-        all_merged = MergeFound(configDir, branch, settings) && all_merged;
+        all_merged = MergeFound(configDir, branch) && all_merged;
     }
     if (!all_merged) {
         platform::Report("Unable to restore settings");
@@ -99,29 +93,28 @@ std::optional<BorrowedBranch> BorrowedBranch::Borrow(const std::string& configDi
     }
     BorrowedBranch borrowed(configDir, *std::move(turn));
     for (const auto& branch : branches) {
-        if (!borrowed.Save(branch, settings)) return {};
+        if (!borrowed.Save(branch)) return {};
     }
     return borrowed;
 }
 
 // What can't be deleted would be taken for the next backup.
-bool BorrowedBranch::MergeFound(const std::string& configDir, const Branch& branch,
-                                CVeltoSettings& settings) {
+bool BorrowedBranch::MergeFound(const std::string& configDir, const Branch& branch) {
     const auto path = JoinPath(configDir, branch.file);
     const auto info = platform::Files().Info(path);
     if (!info.ok() || !info.value().regular) return true;
     const bool merged =
-        info.value().size == 0 || settings.MergeFile(branch.file, configDir) == EditorRun::Done;
+        info.value().size == 0 || MergeFile(branch.file, configDir) == EditorRun::Done;
     if (merged) DiscardBackup(path);
     return merged && !platform::Files().Info(path).ok();
 }
 
-bool BorrowedBranch::Save(const Branch& branch, CVeltoSettings& settings) {
+bool BorrowedBranch::Save(const Branch& branch) {
     // What isn't there can't be exported.
     std::ignore = platform::Registry().CreateKey(branch.key);
     const bool quoted = branch.key.find(' ') != std::string::npos;
-    const auto result = settings.BackupBranch(
-        quoted ? platform::QuoteParameter(branch.key) : branch.key, branch.file, config_dir_);
+    const auto result = BackupBranch(quoted ? platform::QuoteParameter(branch.key) : branch.key,
+                                     branch.file, config_dir_);
     if (result == -1) return true;
     backups_.push_back(branch.file);
     if (result == 0 && (branch.file != kMainBackup || LockRun())) return true;

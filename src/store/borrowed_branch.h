@@ -14,8 +14,6 @@
 #include <vector>
 
 #include "platform/file_lock.h"
-#include "store/velto_settings.h"
-
 namespace velto {
 
 inline constexpr const char* kMainBackup = "main.bak";
@@ -45,8 +43,7 @@ inline bool IsRunUnderWay(const std::string& configDir) {
     return !BranchTurn::Take(configDir);
 }
 
-// Moves from one thread to another, but each call is on one. The runs of the registry editor are
-// those of the settings that are given.
+// Moves from one thread to another, but each call is on one.
 class BorrowedBranch {
   public:
     // For a run of the emulator: `Software\epsxe` is saved to `main.bak`, then
@@ -54,12 +51,10 @@ class BorrowedBranch {
     // Nothing, and no registry value changed but by these, without a word while a run is under
     // way, else after a message: what was found can't be merged, or a backup didn't come into
     // being. An editor that can't be started is told, and then there is no backup.
-    static std::optional<BorrowedBranch> ForRun(const std::string& configDir,
-                                                CVeltoSettings& settings);
+    static std::optional<BorrowedBranch> ForRun(const std::string& configDir);
     // For a change to plug-in settings: `Software\Vision Thing\PSEmu Pro` alone, to
     // `plugins.bak`; a `main.bak` that is found stays. Otherwise the same.
-    static std::optional<BorrowedBranch> ForPlugins(const std::string& configDir,
-                                                    CVeltoSettings& settings);
+    static std::optional<BorrowedBranch> ForPlugins(const std::string& configDir);
 
     BorrowedBranch(BorrowedBranch&&) = default;
     BorrowedBranch& operator=(BorrowedBranch&&) = delete;
@@ -70,7 +65,7 @@ class BorrowedBranch {
 
     // Merges the backups that were made, and deletes those that could be merged. Nothing is done
     // if `main.bak` isn't the one that was made here any more: others have taken care of it. Once.
-    void GiveBack(CVeltoSettings& settings);
+    void GiveBack();
 
   private:
     struct Branch;
@@ -79,12 +74,10 @@ class BorrowedBranch {
         : config_dir_(std::move(configDir)), turn_(std::move(turn)) {}
 
     static std::optional<BorrowedBranch> Borrow(const std::string& configDir,
-                                                std::initializer_list<Branch> branches,
-                                                CVeltoSettings& settings);
-    static bool MergeFound(const std::string& configDir, const Branch& branch,
-                           CVeltoSettings& settings);
+                                                std::initializer_list<Branch> branches);
+    static bool MergeFound(const std::string& configDir, const Branch& branch);
     // False, after a message, if nothing may be changed now.
-    bool Save(const Branch& branch, CVeltoSettings& settings);
+    bool Save(const Branch& branch);
     bool LockRun();
     void Delete(const std::vector<const char*>& backups);
 

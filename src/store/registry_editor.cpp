@@ -3,26 +3,14 @@
 #include <chrono>
 
 #include "platform/environment.h"
+#include "platform/file_search.h"
+#include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
+#include "platform/waiting.h"
 
 namespace velto {
 namespace {
-
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
-constexpr milliseconds kFirstQuestionAfter{2000};
-
-// True if the program has ended by itself at that moment.
-bool EndsUntil(Clock::time_point moment, platform::ChildProcess& editor, RegistryEditorWait* wait) {
-    constexpr milliseconds kBetweenRepaints{10};
-    while (!editor.EndsWithin(kBetweenRepaints)) {
-        if (Clock::now() >= moment) return false;
-        if (wait != nullptr) wait->Repaint();
-    }
-    return true;
-}
 
 bool UserEnds(const std::string& program) {
     return platform::ConfirmLoss("The registry editor is taking long:\n" + program +
@@ -30,20 +18,21 @@ bool UserEnds(const std::string& program) {
                                  "Registry editor");
 }
 
-void AwaitEnd(platform::ChildProcess& editor, const std::string& program,
-              RegistryEditorWait* wait) {
-    for (auto patience = kFirstQuestionAfter;; patience *= 2) {
-        if (EndsUntil(Clock::now() + patience, editor, wait)) return;
-        if (!UserEnds(program)) continue;
+void AwaitEnd(platform::ChildProcess& editor, const std::string& program) {
+    constexpr std::chrono::milliseconds kShownAfter{2000};
+    constexpr std::chrono::milliseconds kStep{10};
+    const auto wait =
+        platform::Waiting().Begin({.what = "Waiting for the registry editor:\n" + program,
+                                   .can_stop = true,
+                                   .shown_after = kShownAfter});
+    while (!editor.EndsWithin(kStep)) {
+        if (wait->Continue() || !UserEnds(program)) continue;
         editor.Kill();
         return;
     }
 }
 
-}  // namespace
-
-EditorRun RunRegistryEditor(const std::string& parameters, const std::string& folder,
-                            RegistryEditorWait* wait) {
+EditorRun Run(const std::string& parameters, const std::string& folder) {
     platform::ProcessRequest request;
     request.file = platform::HostEnvironment().registry_editor;
     request.parameters = parameters;
@@ -51,9 +40,28 @@ EditorRun RunRegistryEditor(const std::string& parameters, const std::string& fo
     request.ends_with_parent = true;
     const auto child = platform::Processes().Start(request);
     if (!child.ok()) return EditorRun::NotStarted;
-    AwaitEnd(*child.value(), request.file, wait);
+    AwaitEnd(*child.value(), request.file);
     const auto ended = child.value()->Wait();
     return ended.ok() && ended.value().success() ? EditorRun::Done : EditorRun::Failed;
+}
+
+}  // namespace
+
+int BackupBranch(const std::string& key, const std::string& file, const std::string& folder) {
+    const auto run = Run("/E " + platform::QuoteParameter(file) + " " + key, folder);
+    if (run == EditorRun::Done && platform::IsRegular(platform::JoinPath(folder, file))) return 0;
+    platform::Report("Unable to backup " + key + " settings");
+    return run == EditorRun::NotStarted ? -1 : kNoBackup;
+}
+
+int RestoreFile(const std::string& file, const std::string& folder) {
+    const auto run = MergeFile(file, folder);
+    if (run == EditorRun::NotStarted) platform::Report("Unable to restore settings");
+    return run == EditorRun::Done ? 0 : -1;
+}
+
+EditorRun MergeFile(const std::string& file, const std::string& folder) {
+    return Run(" /S " + platform::QuoteParameter(file), folder);
 }
 
 }  // namespace velto

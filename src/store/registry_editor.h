@@ -1,20 +1,13 @@
-// Runs of the registry editor, an outside program, each waited for until it ends.
+// Runs of the registry editor, an outside program: exports and merges, each waited for.
 //
-// One that runs on for long may hang: then a message box names it and offers to end it, again and
-// again, each time after twice as long. One that is so ended has failed.
+// One that runs on for long may hang: then the user is shown what is waited for, and may end it,
+// which counts as a failure. `folder` is a host path, the editor's current directory; `file` is
+// relative to it.
 #pragma once
 
 #include <string>
 
 namespace velto {
-
-// What happens while somebody waits. Called every few milliseconds, on the waiting thread.
-class RegistryEditorWait {
-  public:
-    virtual ~RegistryEditorWait() = default;
-    // Windows repaint and take no input: neither the user's nor a second process's.
-    virtual void Repaint() = 0;
-};
 
 enum class EditorRun {
     Done,        // it reports success
@@ -22,8 +15,17 @@ enum class EditorRun {
     NotStarted,  // it isn't there or can't be run
 };
 
-// Blocks. `folder` is a host path, the editor's current directory. `wait` may be null.
-EditorRun RunRegistryEditor(const std::string& parameters, const std::string& folder,
-                            RegistryEditorWait* wait);
+// Exports `key`, which goes into the command line unchanged: one with a blank needs its quotes. 0,
+// or after a message -1 if the editor can't be started, and kNoBackup if it reports failure or left
+// no file. A file that was there before the export must be gone, or it is taken for the backup.
+inline constexpr int kNoBackup = -2;
+int BackupBranch(const std::string& key, const std::string& file, const std::string& folder);
+
+// Merges `file`. -1 if the editor can't be started, after a message, or if it reports a failure
+// itself, without one; else 0.
+int RestoreFile(const std::string& file, const std::string& folder);
+
+// The same without a message.
+EditorRun MergeFile(const std::string& file, const std::string& folder);
 
 }  // namespace velto

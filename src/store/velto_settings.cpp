@@ -6,10 +6,6 @@
 #include <tuple>
 #include <utility>
 
-#include "platform/file_search.h"
-#include "platform/files.h"
-#include "platform/message_box.h"
-#include "platform/process.h"
 #include "platform/stored_path.h"
 #include "store/list_text.h"
 
@@ -141,29 +137,6 @@ bool CVeltoSettings::IsLogWindowOn() const {
 void CVeltoSettings::SetLogWindow(bool on) {
     const auto flag = StringValue(on ? "1" : "0");
     Write(kEmulatorConfigKey, {{"Logswindow", flag}, {"nodebug", flag}});
-}
-
-int CVeltoSettings::BackupBranch(const std::string& key, const std::string& file,
-                                 const std::string& folder) {
-    const auto run =
-        RunRegistryEditor("/E " + platform::QuoteParameter(file) + " " + key, folder, editor_wait_);
-    if (run == EditorRun::Done && platform::IsRegular(platform::JoinPath(folder, file))) {
-        return 0;
-    }
-    platform::Report("Unable to backup " + key + " settings");
-    return run == EditorRun::NotStarted ? -1 : kNoBackup;
-}
-
-int CVeltoSettings::RestoreFile(const std::string& file, const std::string& folder) {
-    const auto run = MergeFile(file, folder);
-    if (run == EditorRun::NotStarted) {
-        platform::Report("Unable to restore settings");
-    }
-    return run == EditorRun::Done ? 0 : -1;
-}
-
-EditorRun CVeltoSettings::MergeFile(const std::string& file, const std::string& folder) {
-    return RunRegistryEditor(" /S " + platform::QuoteParameter(file), folder, editor_wait_);
 }
 
 std::string CVeltoSettings::ReadString(std::string_view name) const {

@@ -2,7 +2,7 @@
 //
 // Whoever needs a setting makes an object; nothing is cached, so all objects see the same state.
 // An object belongs to one thread. No read or write reports a failure: a failed read gives the
-// default, a failed write leaves the old value. The runs of the registry editor report.
+// default, a failed write leaves the old value.
 //
 // Paths are stored as the user's system writes them, and every folder given here ends in that
 // path's own separator.
@@ -15,7 +15,6 @@
 #include <vector>
 
 #include "platform/registry.h"
-#include "store/registry_editor.h"
 
 namespace velto {
 
@@ -99,23 +98,6 @@ class CVeltoSettings {
     bool IsLogWindowOn() const;
     void SetLogWindow(bool on);
 
-    // Runs of the registry editor, waited for. `file` is relative to `folder`, a host path.
-    //
-    // Exports `key`, which goes into the command line unchanged: one with a blank needs its
-    // quotes. 0, or after a message -1 if the editor can't be started, and kNoBackup if it reports
-    // failure or left no file. A file that was there before the export must be gone, or it is
-    // taken for the backup.
-    static constexpr int kNoBackup = -2;
-    int BackupBranch(const std::string& key, const std::string& file, const std::string& folder);
-    // Merges `file`. -1 if the editor can't be started, after a message, or if it reports a
-    // failure itself, without one; else 0.
-    int RestoreFile(const std::string& file, const std::string& folder);
-    // The same without a message.
-    EditorRun MergeFile(const std::string& file, const std::string& folder);
-
-    // What this object's runs wait with from now on; not owned. Null: nothing happens meanwhile.
-    void SetEditorWait(RegistryEditorWait* wait) { editor_wait_ = wait; }
-
   private:
     std::string ReadString(std::string_view name) const;
     std::vector<std::string> ReadList(std::string_view name) const;
@@ -125,7 +107,6 @@ class CVeltoSettings {
     void WriteDword(std::string_view name, std::uint32_t number);
 
     std::unique_ptr<platform::RegistryKey> key_;  // null if it can't be opened
-    RegistryEditorWait* editor_wait_ = nullptr;
 };
 
 }  // namespace velto

@@ -18,7 +18,6 @@
 #include "store/document_test.h"
 #include "support/config_text.h"
 #include "support/failing_files.h"
-#include "support/heap.h"
 #include "support/run_program.h"
 #include "support/shown.h"
 
@@ -45,7 +44,6 @@ class LaunchTest : public DocumentTest, public StartupWindow {
     }
     void OnLogLine(const std::string&) override {}
     void RunPathsDialog() override {}
-    void Repaint() override {}
 
     void Configure(const std::vector<std::string>& options) {
         WriteConfig("Game", ConfigText("1.67.160", options, {},
@@ -91,9 +89,6 @@ class LaunchTest : public DocumentTest, public StartupWindow {
     static int Times(int usual) {
         const char* const given = std::getenv("VELTO_LAUNCH_CYCLES");
         return given == nullptr ? usual : std::atoi(given);
-    }
-    static std::ptrdiff_t EntriesOf(const char* folder) {
-        return std::distance(std::filesystem::directory_iterator(folder), {});
     }
 
     CPluginCatalogue catalogue;
@@ -231,28 +226,9 @@ TEST_F(LaunchTest, TheRecordReachesTheEmulatorAsItsFileReachesADirectRun) {
     }
 }
 
-TEST_F(LaunchTest, APlainStartHasItsParametersAndMergesNothing) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"NULL", " -nogui "},
-        {" -loadbin \"C:\\a b.iso\"", " -nogui  -loadbin \"C:\\a b.iso\""},
-        {"un\"balanced \xC3\xA9", " -nogui un\"balanced \xC3\xA9"},
-    };
-    for (const auto& [arguments, parameters] : cases) {
-        EXPECT_TRUE(launch.LaunchEmulator(Script("script", "exit 0"), arguments));
-        launch.Wait();
-        EXPECT_EQ(processes.requests.back().parameters, parameters);
-    }
-    CVeltoSettings().SetGuiBypassed(false);
-    EXPECT_TRUE(launch.LaunchEmulator(InHome("script"), "NULL"));
-    launch.Wait();
-    EXPECT_EQ(processes.requests.back().parameters, "");
-    EXPECT_EQ(processes.requests.size(), std::size(cases) + 1);
-}
-
 TEST_F(LaunchTest, PluginsThatTheConfigurationDoesNotUseAreUnloaded) {
     const auto libraries = platform::MakeLibraryService(processes, environment.program);
-    const platform::HostScope with({&environment, files.get(), drives.get(), registry.get(),
-                                    &processes, nullptr, &boxes, libraries.get()});
+    const auto with = With(*libraries);
     for (const auto* file : {"gpu.so", "spu.so"}) {
         catalogue.plugins().emplace_back();
         ASSERT_TRUE(catalogue.plugins().back().Load(file, BinaryFolder() + "/test-plugins"));
@@ -288,28 +264,6 @@ TEST_F(LaunchTest, WhatCannotBeStartedIsToldAndTheRestIsDone) {
             "Error: Unable to restore settings"));
 }
 
-TEST_F(LaunchTest, AFileIsTakenAsItIsSpelled) {
-    CVeltoSettings().SetEmulatorPath(Script("script", "exit 0"));
-    Configure({});
-    ASSERT_TRUE(files->Rename(InConfig("Game.dta"), InConfig("Game.DTA")).ok());
-    EXPECT_TRUE(Run());
-    launch.Wait();
-    EXPECT_EQ(processes.requests.at(2).parameters, " /S \"Game.DTA\"");
-}
-
-TEST_F(LaunchTest, AConfigurationThatIsDeletedMeanwhileRunsAsItIsInHand) {
-    CVeltoSettings().SetEmulatorPath(Script("script", "touch started"));
-    Configure({"region = PAL"});
-    ASSERT_TRUE(files->Remove(InConfig("Game.dta")).ok());
-    EXPECT_TRUE(Run());
-    EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("the user's")));
-    launch.Wait();
-    EXPECT_TRUE(Exists(InHome("started")));
-    EXPECT_FALSE(Exists(InConfig("Game.dta")));
-    EXPECT_THAT(boxes.shown, IsEmpty());
-    ExpectTheUsersOwn();
-}
-
 TEST_F(LaunchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNextRun) {
     // A folder that turns read-only during the run.
     class Undeletable : public FailingFiles {
@@ -321,8 +275,7 @@ TEST_F(LaunchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNextRun) {
     } undeletable(*files, 0, FailingFiles::At::Fail);
     Configure({"commandLine = -change -stay 0"});
     {
-        const platform::HostScope read_only({&environment, &undeletable, drives.get(),
-                                             registry.get(), &processes, nullptr, &boxes});
+        const auto read_only = With(undeletable);
         EXPECT_TRUE(Run());
         launch.Wait();
         EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("the user's")));
@@ -336,27 +289,6 @@ TEST_F(LaunchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNextRun) {
     launch.Wait();
     EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("changed since")));
     EXPECT_FALSE(HasBackups());
-}
-
-TEST_F(LaunchTest, ManyLaunchesLeaveNothingBehind) {
-    CVeltoSettings().SetEmulatorPath(Script("script", "exit 0"));
-    environment.registry_editor = Script("editor", "[ \"$1\" = /S ] || : > \"$2\"");
-    Configure({});
-    const auto launch_often = [&](int times) {
-        for (int i = 0; i < times && Run(); ++i) {
-            launch.Wait();
-            processes.requests.clear();
-        }
-    };
-    launch_often(5);
-    const auto heap = LiveHeapBytes();
-    const auto descriptors = EntriesOf("/proc/self/fd");
-    launch_often(Times(200));
-    EXPECT_LT(LiveHeapBytes(), heap + 8192);
-    EXPECT_EQ(EntriesOf("/proc/self/fd"), descriptors);
-    EXPECT_EQ(EntriesOf("/proc/self/task"), 1);
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child";
-    EXPECT_GE(ended, 35);
 }
 
 }  // namespace

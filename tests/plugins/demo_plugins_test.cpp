@@ -35,8 +35,7 @@ class DemoPluginsTest : public HomeTest {
     const std::string plugin_folder = InHome("drive_c/emu/plugins");
     std::unique_ptr<platform::LibraryService> libraries =
         platform::MakeLibraryService(processes, environment.program, std::chrono::seconds(3));
-    platform::HostScope with_libraries{{&environment, files.get(), drives.get(), registry.get(),
-                                        &processes, nullptr, &boxes, libraries.get()}};
+    platform::HostScope with_libraries = With(*libraries);
     CPluginCatalogue catalogue;
 };
 

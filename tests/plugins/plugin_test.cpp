@@ -75,8 +75,7 @@ class PluginTest : public HomeTest {
     const std::string plugin_folder = InHome("drive_c/emu/plugins");
     std::unique_ptr<platform::LibraryService> libraries =
         platform::MakeLibraryService(processes, environment.program, std::chrono::seconds(3));
-    platform::HostScope with_libraries{{&environment, files.get(), drives.get(), registry.get(),
-                                        &processes, nullptr, &boxes, libraries.get()}};
+    platform::HostScope with_libraries = With(*libraries);
     CPluginCatalogue catalogue;
     std::vector<std::size_t> programs_at_line;  // that had been started by then
 };

@@ -34,7 +34,6 @@ class StartupTest : public HomeTest, public StartupWindow {
             EXPECT_THAT(StringOf(kGpuKey, "v"), Optional("borrowed"s));
         }
     }
-    void Repaint() override {}
     void RunPathsDialog() override { lines.emplace_back("the paths"); }
 
     void Start() {

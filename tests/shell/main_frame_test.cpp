@@ -110,8 +110,7 @@ TEST_F(MainFrameTest, AnExitSavesChangesOrStaysAndAsksWhetherItMay) {
         settings.SetWindowPos(0, 0);
         {
             FailingFiles disk(*files, c.disk_full ? 1 : 0, FailingFiles::At::Fail);
-            const platform::HostScope on_disk(
-                {&environment, &disk, drives.get(), registry.get(), &processes, nullptr, &boxes});
+            const auto on_disk = With(disk);
             EXPECT_EQ(frame.OnClose(), c.closes);
         }
         EXPECT_EQ(window.exit_questions, c.exit_questions);

@@ -33,14 +33,9 @@ class MainFrameWindowTest : public HomeTest {
     MainFrameWindowTest() {
         setenv("XDG_RUNTIME_DIR", home_folder.path().c_str(), 1);
         instance = platform::MakeInstanceService(environment.program, home_folder.path());
-        with_instance.emplace(platform::HostServices{.environment = &environment,
-                                                     .files = files.get(),
-                                                     .drives = drives.get(),
-                                                     .registry = registry.get(),
-                                                     .processes = &processes,
-                                                     .instance = instance.get(),
-                                                     .boxes = &boxes,
-                                                     .waiting = &waiting});
+        auto with = services;
+        with.instance = instance.get();
+        with_instance.emplace(with);
         EXPECT_TRUE(instance->Acquire().value());
         CVeltoSettings().SetEmulatorPath("C:\\emu\\epsxe.exe");
         WriteFile(InConfig("Game.dta"), ConfigText(kFileVersion));
@@ -229,26 +224,6 @@ TEST_F(MainFrameWindowTest, TheUsersSetUpComesBackWhileTheEditorStaysAlive) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !shows("Running: Game"); }, 20000));
     EXPECT_EQ(StringOf(kEmulatorConfigKey, "BiosName"), "the user's");
     EXPECT_TRUE(boxes.shown.empty());
-}
-
-TEST_F(MainFrameWindowTest, ARegistryEditorThatHangsIsEndedAndNothingRuns) {
-    WriteFile(InHome("editor"), "#!/bin/sh\nexec sleep 60\n");
-    std::filesystem::permissions(InHome("editor"), std::filesystem::perms::owner_all);
-    environment.registry_editor = InHome("editor");
-    Open();
-    Press(Tree(), Qt::Key_Down);
-    bool took_input = false;
-    QTimer::singleShot(100, window.get(), [&] {
-        Press(*window, Qt::Key_N, Qt::ControlModifier);
-        took_input = QApplication::activeModalWidget() != nullptr;
-    });
-    boxes.answers = {BoxAnswer::Yes};
-    Click(*window, "Launch Epsxe");
-    EXPECT_FALSE(took_input);
-    ASSERT_EQ(boxes.shown.size(), 2U);
-    EXPECT_EQ(boxes.shown[0].caption, "Registry editor");
-    EXPECT_EQ(boxes.shown[1].text, "Unable to backup HKEY_CURRENT_USER\\Software\\epsxe settings");
-    EXPECT_EQ(launch.Running(), "");
 }
 
 TEST_F(MainFrameWindowTest, BarsFollowTheirTogglesAndTheNextStart) {

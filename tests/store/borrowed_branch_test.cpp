@@ -40,7 +40,7 @@ class BorrowedBranchTest : public HomeTest {
         return {StringOf(kEmulator, "v").value_or(""), StringOf(kPlugin, "v").value_or("")};
     }
     std::vector<std::string> Files() { return files->List(folder).value(); }
-    std::optional<BorrowedBranch> ForRun() { return BorrowedBranch::ForRun(folder, settings); }
+    std::optional<BorrowedBranch> ForRun() { return BorrowedBranch::ForRun(folder); }
     // A registry editor of which the run of this number, from 1, does something else.
     void EditorWith(int run, const std::string& instead) {
         std::filesystem::remove(InHome("runs"));
@@ -53,7 +53,6 @@ class BorrowedBranchTest : public HomeTest {
     }
 
     const std::string folder = environment.ConfigFolder();
-    CVeltoSettings settings;
 };
 
 TEST_F(BorrowedBranchTest, ARunThatHoldsTheBackupIsLeftAlone) {
@@ -64,7 +63,7 @@ TEST_F(BorrowedBranchTest, ARunThatHoldsTheBackupIsLeftAlone) {
     EXPECT_THAT(Files(), UnorderedElementsAre("main.bak", "plugins.bak"));
     SetBoth("borrowed");
     EXPECT_FALSE(ForRun());
-    EXPECT_FALSE(BorrowedBranch::ForPlugins(folder, settings));
+    EXPECT_FALSE(BorrowedBranch::ForPlugins(folder));
     EXPECT_TRUE(IsRunUnderWay(folder));
     EXPECT_THAT(Both(), ElementsAre("borrowed", "borrowed"));
     run.reset();
@@ -98,12 +97,12 @@ TEST_F(BorrowedBranchTest, WhatIsFoundIsMergedFirstOrNothingIsBorrowed) {
 TEST_F(BorrowedBranchTest, AChangeToPluginSettingsBorrowsTheirBranchAlone) {
     SetBoth("user's");
     WriteFile(InConfig("main.bak"), "of a run whose merge failed");
-    auto branch = BorrowedBranch::ForPlugins(folder, settings);
+    auto branch = BorrowedBranch::ForPlugins(folder);
     ASSERT_TRUE(branch);
     EXPECT_EQ(processes.requests.at(0).parameters,
               "/E \"plugins.bak\" \"HKEY_CURRENT_USER\\Software\\Vision Thing\\PSEmu Pro\"");
     SetBoth("borrowed");
-    branch->GiveBack(settings);
+    branch->GiveBack();
     EXPECT_THAT(Both(), ElementsAre("borrowed", "user's"));
     EXPECT_THAT(Files(), ElementsAre("main.bak"));
 }
@@ -127,7 +126,7 @@ TEST_F(BorrowedBranchTest, ABackupWhoseMergeFailedIsKept) {
         auto run = ForRun();
         ASSERT_TRUE(run);
         SetBoth("borrowed");
-        run->GiveBack(settings);
+        run->GiveBack();
         EXPECT_THAT(Files(), ElementsAre(failing == 3 ? "main.bak" : "plugins.bak"));
         EXPECT_FALSE(IsRunUnderWay(folder));
         EXPECT_TRUE(ForRun());
@@ -142,36 +141,26 @@ TEST_F(BorrowedBranchTest, OnlyTheBackupThatWasMadeHereIsMerged) {
     SetBoth("borrowed");
     std::filesystem::remove(InConfig("main.bak"));
     WriteFile(InConfig("main.bak"), Backup(kEmulator, "another's"));
-    run->GiveBack(settings);
+    run->GiveBack();
     EXPECT_THAT(Both(), ElementsAre("borrowed", "borrowed"));
     EXPECT_THAT(Files(), UnorderedElementsAre("main.bak", "plugins.bak"));
 }
 
-TEST_F(BorrowedBranchTest, AnEditorThatHangsCanBeEnded) {
-    class Counter : public RegistryEditorWait {
-      public:
-        void Repaint() override { ++repaints; }
-        int repaints = 0;
-    } counter;
-    settings.SetEditorWait(&counter);
+TEST_F(BorrowedBranchTest, AnEditorThatHangsIsEndedIfTheUserMeansIt) {
     EditorWith(1, "exec sleep 60");
+    waiting.stop_at = 1;
     boxes.answers = {platform::BoxAnswer::Yes};
     EXPECT_FALSE(ForRun());
-    EXPECT_GT(counter.repaints, 10);
+    EXPECT_TRUE(waiting.begun.at(0).can_stop);
+    EXPECT_THAT(waiting.begun[0].what, testing::HasSubstr(environment.registry_editor));
     ASSERT_EQ(boxes.shown.size(), 2U);
-    EXPECT_THAT(boxes.shown[0].text, testing::HasSubstr(environment.registry_editor));
     EXPECT_EQ("Error: " + boxes.shown[1].text, kNoMain);
     EXPECT_THAT(Files(), IsEmpty());
 
-    SetBoth("user's");
-    EditorWith(3, "exec sleep 60");
-    auto run = ForRun();
-    ASSERT_TRUE(run);
-    SetBoth("borrowed");
-    boxes.answers = {platform::BoxAnswer::Yes};
-    run->GiveBack(settings);
-    EXPECT_THAT(Both(), ElementsAre("borrowed", "user's"));
-    EXPECT_THAT(Files(), ElementsAre("main.bak")) << "for the next one who borrows";
+    EditorWith(1, "sleep 0.2");
+    waiting.stop_at = 1;
+    EXPECT_TRUE(ForRun());
+    EXPECT_EQ(boxes.shown.size(), 3U) << "answered No";
 }
 
 }  // namespace

@@ -15,12 +15,6 @@ class DocumentTest : public HomeTest {
         WriteFile(InConfig(name + ".dta"), text);
     }
     std::string Config(const std::string& name) const { return ReadFile(InConfig(name + ".dta")); }
-    // The home's services, but these files, as long as the scope lives.
-    platform::HostScope With(platform::FileService& other) {
-        return platform::HostScope(
-            {&environment, &other, drives.get(), registry.get(), &processes, nullptr, &boxes});
-    }
-
     FakeEditor editor;
     CVeltoDoc document{environment.ConfigFolder(), editor};
 };

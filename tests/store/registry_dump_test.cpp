@@ -107,8 +107,7 @@ TEST_F(DumpTest, EveryFailureOfTheRegistryIsReportedAndTheDumpGoesOn) {
     };
     for (const auto& [call, on, spared, messages] : cases) {
         FailingRegistry failing(*registry, call, on, spared);
-        const platform::HostScope failed(
-            {&environment, files.get(), drives.get(), &failing, &processes, nullptr, &boxes});
+        const auto failed = With(failing);
         DumpPluginBranches(dump_file);
         EXPECT_EQ(Messages(), messages);
         EXPECT_THAT(ReadFile(dump_file), testing::HasSubstr(";#//SPU plugins\r\n"));

@@ -12,6 +12,7 @@
 #include "shell/app_startup.h"
 #include "store/document_test.h"
 #include "store/registry_dump.h"
+#include "store/registry_editor.h"
 #include "support/config_text.h"
 #include "support/failing_files.h"
 #include "support/heap.h"
@@ -37,7 +38,6 @@ constexpr const char* kDump =
 
 struct NoWindow : StartupWindow {
     void OnLogLine(const std::string&) override {}
-    void Repaint() override {}
     void RunPathsDialog() override {}
 };
 
@@ -112,7 +112,7 @@ TEST(CopyPluginLines, KeepsBannersAndRegistryLinesAndDropsTheFirstLine) {
 TEST_F(SaveTest, OnlyThePluginLinesOfASavedFileReachTheRegistry) {
     Edit(false);
     ASSERT_TRUE(Save("Game"));
-    ASSERT_EQ(document.settings.RestoreFile("Game.dta", environment.ConfigFolder()), 0);
+    ASSERT_EQ(RestoreFile("Game.dta", environment.ConfigFolder()), 0);
     EXPECT_EQ(StringOf("Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo", "path"), "C:\\a\\");
     std::string dump;
     DumpBranch(dump, "Software\\Vision Thing\\PSEmu Pro\\");

@@ -27,56 +27,6 @@ class SettingsTest : public HomeTest {
     CVeltoSettings settings;
 };
 
-TEST_F(SettingsTest, HaveADefaultAndAnotherObjectSeesEveryWriteAtOnce) {
-    using Settings = CVeltoSettings;
-    const Settings other;
-    const std::tuple<void (Settings::*)(bool), bool (Settings::*)() const, bool> flags[] = {
-        {&Settings::SetGuiBypassed, &Settings::IsGuiBypassed, true},
-        {&Settings::SetShownOnLoad, &Settings::IsShownOnLoad, true},
-        {&Settings::SetAltDetect, &Settings::IsAltDetect, false},
-        {&Settings::SetStatusBarOn, &Settings::IsStatusBarOn, true},
-        {&Settings::SetToolBarOn, &Settings::IsToolBarOn, true},
-        {&Settings::SetLogWindow, &Settings::IsLogWindowOn, true},
-    };
-    for (const auto& [set, is_on, by_default] : flags) {
-        EXPECT_EQ((other.*is_on)(), by_default);
-        (settings.*set)(!by_default);
-        EXPECT_EQ((other.*is_on)(), !by_default);
-    }
-    using Get = std::string (Settings::*)() const;
-    const std::tuple<void (Settings::*)(std::string_view), Get, Get, std::string> paths[] = {
-        {&Settings::SetEmulatorPath, &Settings::GetEmulatorPath, &Settings::GetPluginFolder,
-         "C:\\emu\\plugins\\"},
-        {&Settings::SetBatardPath, &Settings::GetBatardPath, &Settings::GetBatardFolder,
-         "C:\\emu\\"},
-        {&Settings::SetCutorPath, &Settings::GetCutorPath, &Settings::GetCutorPath, "C:\\emu\\3"},
-        {&Settings::SetIconFile, &Settings::GetIconFile, &Settings::GetIconFile, "C:\\emu\\4"},
-    };
-    for (char name = '1'; const auto& [set, path, derived, expected] : paths) {
-        EXPECT_EQ((other.*path)() + (other.*derived)(), "");
-        (settings.*set)("C:\\emu\\"s + name);
-        EXPECT_EQ((other.*path)(), "C:\\emu\\"s + name++);
-        EXPECT_EQ((other.*derived)(), expected);
-    }
-    settings.SetEmulatorPath("/home/u/emu/ePSXe");
-    EXPECT_EQ(other.GetPluginFolder(), "/home/u/emu/plugins/") << "in the path's own style";
-
-    const auto numbers = [&] {
-        return std::tuple(other.ShouldConfirmExit(), other.IsFirstRunDue(),
-                          other.GetAutoplayDefault(), other.GetWindowSize().cx,
-                          other.GetWindowSize().cy, other.GetWindowPos().x, other.GetWindowPos().y);
-    };
-    EXPECT_EQ(numbers(), std::tuple(true, false, 0U, 0U, 0U, 0, 0));
-    settings.SetConfirmOff();
-    Set("installerReset", platform::DwordValue(1));
-    settings.SetAutoplayDefault(2);
-    settings.SetWindowSize(800, 600);
-    settings.SetWindowPos(-20, 7);
-    EXPECT_EQ(numbers(), std::tuple(false, true, 2U, 800U, 600U, -20, 7));
-    Set("installerReset", platform::DwordValue(2));
-    EXPECT_FALSE(other.IsFirstRunDue());
-}
-
 TEST_F(SettingsTest, AValueOfAnotherTypeOrLengthReadsAsTheDefault) {
     const std::string longest(259, 'x');  // 260 bytes with its end
     const std::pair<platform::RegistryValue, std::string> cases[] = {
@@ -123,6 +73,16 @@ TEST_F(SettingsTest, AListThatNoReadCouldTakeIsNotWritten) {
     EXPECT_THAT(settings.GetParents(), ElementsAre("p"));
 }
 
+TEST_F(SettingsTest, AListThatCannotBeReadIsNotWrittenOver) {
+    for (const std::string lost : {"groups", "parents"}) {
+        settings.SetGroups({"a"}, {"My Epsxe"});
+        Set(lost, platform::StringValue(std::string(1'000'000, 'x')));
+        settings.AddGroup("b", "a");
+        settings.RemoveGroup("a", "My Epsxe");
+        EXPECT_EQ(settings.GetGroups().size() + settings.GetParents().size(), 1U) << lost;
+    }
+}
+
 TEST_F(SettingsTest, ExclusionsCompareByteForByteAndAnEmptyListIsAList) {
     settings.SetExclusionList({"zlib.dll", "AUDIOW32.DLL"});
     EXPECT_TRUE(settings.IsExcluded("AUDIOW32.DLL"));
@@ -138,53 +98,8 @@ TEST_F(SettingsTest, ExclusionsCompareByteForByteAndAnEmptyListIsAList) {
     EXPECT_FALSE(settings.HasExclusionList());
 
     FailingRegistry failing(*registry, RegistryCall::Query, std::string(kSettingsKey), 0);
-    const platform::HostScope failed(
-        {&environment, files.get(), drives.get(), &failing, &processes, nullptr, &boxes});
+    const auto failed = With(failing);
     EXPECT_TRUE(CVeltoSettings().HasExclusionList()) << "or the defaults would replace it";
-}
-
-TEST_F(SettingsTest, ABackupGivesTheBranchBack) {
-    const auto key = "Software\\Vision Thing\\GPU";
-    SetValue(key, "size", platform::DwordValue(640));
-    const auto folder = environment.ConfigFolder();
-    ASSERT_EQ(
-        settings.BackupBranch("\"HKEY_CURRENT_USER\\Software\\Vision Thing\"", "p.bak", folder), 0);
-    SetValue(key, "size", platform::StringValue("changed"));
-    SetValue(key, "new", platform::StringValue("stays"));
-
-    EXPECT_EQ(settings.RestoreFile("p.bak", folder), 0);
-
-    const auto open = registry->OpenKey("HKEY_CURRENT_USER\\"s + key);
-    EXPECT_EQ(open.value()->Query("size").value(), platform::DwordValue(640));
-    EXPECT_THAT(StringOf(key, "new"), Optional("stays"s)) << "a merge removes nothing";
-    EXPECT_EQ(processes.requests[0].parameters,
-              "/E \"p.bak\" \"HKEY_CURRENT_USER\\Software\\Vision Thing\"");
-    EXPECT_EQ(processes.requests[1].parameters, " /S \"p.bak\"");
-    EXPECT_THAT(boxes.shown, IsEmpty());
-}
-
-TEST_F(SettingsTest, AMissingBackupIsReportedAndAFailedMergeOnlyWithoutAnEditor) {
-    const auto folder = environment.ConfigFolder();
-    EXPECT_EQ(settings.BackupBranch("HKEY_CURRENT_USER\\nothing", "b.bak", folder),
-              CVeltoSettings::kNoBackup);
-    EXPECT_THAT(Shown(boxes),
-                ElementsAre("Error: Unable to backup HKEY_CURRENT_USER\\nothing settings"));
-    EXPECT_EQ(settings.RestoreFile("missing.bak", folder), -1);
-    WriteFile(InHome("dying"), "#!/bin/sh\nkill -9 $$\n");
-    std::filesystem::permissions(InHome("dying"), std::filesystem::perms::owner_all);
-    environment.registry_editor = InHome("dying");
-    EXPECT_EQ(settings.RestoreFile("a.bak", folder), -1);
-    EXPECT_THAT(boxes.shown, IsEmpty());
-
-    WriteFile(InHome("not a program"), "");
-    for (const auto& editor : {InHome("missing"), InHome("not a program"), home_folder.path()}) {
-        environment.registry_editor = editor;
-        EXPECT_EQ(settings.RestoreFile("a.bak", folder), -1);
-        EXPECT_EQ(settings.BackupBranch("HKEY_CURRENT_USER\\Software", "main.bak", folder), -1);
-        EXPECT_THAT(Shown(boxes),
-                    ElementsAre("Error: Unable to restore settings",
-                                "Error: Unable to backup HKEY_CURRENT_USER\\Software settings"));
-    }
 }
 
 }  // namespace

@@ -27,15 +27,34 @@ HomeTest::HomeTest()
       registry(platform::MakeSqliteRegistry(environment.RegistryFile())),
       real_processes(platform::MakeProcessService(environment)),
       processes(*real_processes),
-      scope({.environment = &environment,
-             .files = files.get(),
-             .drives = drives.get(),
-             .registry = registry.get(),
-             .processes = &processes,
-             .boxes = &boxes,
-             .waiting = &waiting}) {
+      services({.environment = &environment,
+                .files = files.get(),
+                .drives = drives.get(),
+                .registry = registry.get(),
+                .processes = &processes,
+                .boxes = &boxes,
+                .waiting = &waiting}),
+      scope(services) {
     EXPECT_TRUE(registry->OpenStore({}).ok());
     EXPECT_TRUE(files->MakeFolders(environment.ConfigFolder()).ok());
+}
+
+platform::HostScope HomeTest::With(platform::FileService& other) const {
+    auto with = services;
+    with.files = &other;
+    return platform::HostScope(with);
+}
+
+platform::HostScope HomeTest::With(platform::RegistryStore& other) const {
+    auto with = services;
+    with.registry = &other;
+    return platform::HostScope(with);
+}
+
+platform::HostScope HomeTest::With(platform::LibraryService& libraries) const {
+    auto with = services;
+    with.libraries = &libraries;
+    return platform::HostScope(with);
 }
 
 std::string HomeTest::InConfig(std::string_view name) const {

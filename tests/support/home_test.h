@@ -45,6 +45,11 @@ class HomeTest : public ::testing::Test {
     std::string InHome(std::string_view name) const { return home_folder / name; }
     std::string InConfig(std::string_view name) const;
 
+    // The home's services with another one in its place, as long as the scope lives.
+    platform::HostScope With(platform::FileService& other) const;
+    platform::HostScope With(platform::RegistryStore& other) const;
+    platform::HostScope With(platform::LibraryService& libraries) const;
+
     // The text of a string value of HKEY_CURRENT_USER; nothing if there is none.
     std::optional<std::string> StringOf(std::string_view key, std::string_view name);
     void SetValue(std::string_view key, std::string_view name,
@@ -59,7 +64,8 @@ class HomeTest : public ::testing::Test {
     RecordingProcesses processes;
     ScriptedBoxes boxes;
     ScriptedWaiting waiting;
-    platform::HostScope scope;
+    const platform::HostServices services;
+    const platform::HostScope scope;
 };
 
 }  // namespace velto::test

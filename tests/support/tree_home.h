@@ -105,8 +105,7 @@ class TreeHome : public HomeTest {
     template <class Work>
     void WithStep(int step, Work work) {
         FailingFiles stepped(*files, step, FailingFiles::At::Fail);
-        platform::HostScope failing(
-            {&environment, &stepped, drives.get(), registry.get(), &processes, nullptr, &boxes});
+        const auto failing = With(stepped);
         work();
         opened = stepped.opened;
     }

@@ -65,8 +65,7 @@ TEST_F(CopyConfigTest, AFailureKeepsTheOldCopy) {
     WriteFile(InConfig("A copy of Game.dta"), "old");
     Select("Game");
     FailingFiles failing(*files, 5, FailingFiles::At::Fail);  // the first write
-    const platform::HostScope failing_scope(
-        {&environment, &failing, drives.get(), registry.get(), &processes, nullptr, &boxes});
+    const auto failing_scope = With(failing);
     EXPECT_FALSE(OnCopyConfig(document, tree));
     ASSERT_EQ(boxes.shown.size(), 1U);
     EXPECT_EQ(boxes.shown[0].text, "Unable to copy Game.dta: No space left on device");

@@ -317,8 +317,7 @@ TEST_F(EpsxeTreeTest, WhatTheSystemRefusesIsReportedAndLeavesAgreement) {
         platform::Status Remove(const std::string& path) override { return List(path).error(); }
     } locked(*files, 0, FailingFiles::At::Fail);
     {
-        const platform::HostScope in_locked_folder(
-            {&environment, &locked, drives.get(), registry.get(), &processes, nullptr, &boxes});
+        const auto in_locked_folder = With(locked);
         ASSERT_TRUE(tree.Select(Item("a")));
         boxes.answers = {BoxAnswer::Yes};
         tree.OnDelete();

@@ -113,8 +113,7 @@ TEST_F(NewConfigTest, AFailedStepLeavesNothingBehindAndCanBeTriedAgain) {
     for (bool created = false; !created; ++step) {
         ASSERT_LT(step, 20);
         FailingFiles failing(*files, step, FailingFiles::At::Fail);
-        const platform::HostScope failing_scope(
-            {&environment, &failing, drives.get(), registry.get(), &processes, nullptr, &boxes});
+        const auto failing_scope = With(failing);
         boxes.shown.clear();
         created = new_config.OnOk("Game", "My Epsxe");
         if (created) break;
