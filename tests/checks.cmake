@@ -6,6 +6,8 @@ find_program(CLANG_CXX NAMES clang++-14 REQUIRED)
 
 add_test(NAME include-order COMMAND Python3::Interpreter
          ${CMAKE_CURRENT_SOURCE_DIR}/check_includes.py ${CMAKE_SOURCE_DIR}/src)
+add_test(NAME planted-includes COMMAND Python3::Interpreter
+         ${CMAKE_CURRENT_SOURCE_DIR}/check_includes_test.py)
 
 file(GLOB_RECURSE own_sources CONFIGURE_DEPENDS
      ${CMAKE_SOURCE_DIR}/src/*.cpp ${CMAKE_SOURCE_DIR}/src/*.h

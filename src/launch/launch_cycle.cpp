@@ -26,8 +26,8 @@ std::string NameOf(const std::string& file) {
     return file.substr(0, file.size() - std::min(file.size(), kConfigEnding.size()));
 }
 
-platform::ProcessRequest RequestFor(const CVeltoSettings& settings, const std::string& path,
-                                    const std::string& arguments) {
+platform::ProcessRequest RequestFor(const std::string& path, const std::string& arguments) {
+    const CVeltoSettings settings;
     platform::ProcessRequest request;
     request.file = platform::HostPath(path);
     request.parameters = arguments == kUnset ? "" : arguments;
@@ -62,11 +62,12 @@ bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCat
     const auto arguments =
         EmulatorArguments(document.commandLine, document.cdrIsInternalIso, document.imageFileName);
     UnloadOtherPlugins(catalogue, document);
-    return Start({settings.GetEmulatorPath(), arguments, NameOf(file), std::move(branch)});
+    const auto path = settings.GetEmulatorPath();
+    return Start({path, RequestFor(path, arguments), NameOf(file), std::move(branch)});
 }
 
 bool LaunchCycle::LaunchEmulator(const std::string& path, const std::string& arguments) {
-    return Start({path, arguments, {}, {}});
+    return Start({path, RequestFor(path, arguments), {}, {}});
 }
 
 std::string LaunchCycle::Running() const {
@@ -103,9 +104,7 @@ bool LaunchCycle::Start(Launch launch) {
 }
 
 void LaunchCycle::LaunchThread(Launch& launch) {
-    CVeltoSettings settings;
-    const auto emulator =
-        platform::Processes().Start(RequestFor(settings, launch.path, launch.arguments));
+    const auto emulator = launch.processes.Start(launch.request);
     if (emulator.ok()) {
         std::ignore = emulator.value()->Wait();
     } else {

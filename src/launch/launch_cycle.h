@@ -14,6 +14,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/process.h"
 #include "plugins/plugin_catalogue.h"
 #include "store/borrowed_branch.h"
 #include "store/velto_doc.h"
@@ -53,10 +54,12 @@ class LaunchCycle {
 
   private:
     struct Launch {
-        std::string path;
-        std::string arguments;
+        std::string path;  // as it is stored
+        platform::ProcessRequest request;
         std::string name;  // of the configuration; empty for a plain start
         std::optional<BorrowedBranch> branch;
+        // Taken on the starting thread, as whoever set it may be gone when the worker begins.
+        platform::ProcessService& processes = platform::Processes();
     };
     struct Worker {
         std::string name;  // as above

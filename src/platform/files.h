@@ -56,8 +56,8 @@ class FileService {
     // that the user's umask gives a new file.
     virtual Result<std::unique_ptr<FileWriter>> Create(const std::string& path,
                                                        std::optional<unsigned> mode) = 0;
-    // Opens a log to write at its end, and makes it if need be; `anew` empties it first. The one
-    // way of this service that writes into a file in place.
+    // Opens a log to write at its end, and makes it if need be; `anew` empties it first. This and
+    // Empty are the ways of this service that write into a file in place.
     virtual Result<std::unique_ptr<FileWriter>> OpenLog(const std::string& path, bool anew) = 0;
     // Whether this user may write the existing file.
     virtual Status CheckWritable(const std::string& path) = 0;
@@ -69,6 +69,8 @@ class FileService {
     // much cheaper than a flush of each.
     virtual Status FlushFileSystem(const std::string& folder) = 0;
     virtual Status Remove(const std::string& path) = 0;
+    // Leaves nothing in an existing file, which may stand in a folder that can't be written.
+    virtual Status Empty(const std::string& path) = 0;
     // Makes the folder and those above it; success if it exists.
     virtual Status MakeFolders(const std::string& folder) = 0;
 };

@@ -24,7 +24,7 @@ bool IsTaken(const platform::Result<FileLock>& lock) {
 void DiscardBackup(const std::string& path) {
     const auto removed = platform::Files().Remove(path);
     if (removed.ok() || removed.error().kind == platform::ErrorKind::NotFound) return;
-    std::ignore = platform::Files().OpenLog(path, true);
+    std::ignore = platform::Files().Empty(path);
 }
 
 struct BorrowedBranch::Branch {

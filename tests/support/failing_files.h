@@ -68,6 +68,7 @@ class FailingFiles : public platform::FileService {
     platform::Status Remove(const std::string& path) override {
         return Fails() ? Full(path) : real_.Remove(path);
     }
+    platform::Status Empty(const std::string& path) override { return real_.Empty(path); }
     platform::Status MakeFolders(const std::string& folder) override {
         return Fails() ? Full(folder) : real_.MakeFolders(folder);
     }

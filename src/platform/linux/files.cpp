@@ -182,6 +182,11 @@ class LinuxFiles : public FileService {
         return {};
     }
 
+    Status Empty(const std::string& path) override {
+        if (Retrying([&] { return truncate(path.c_str(), 0); }) != 0) return SystemError(path);
+        return {};
+    }
+
     Status MakeFolders(const std::string& folder) override {
         constexpr mode_t kMode = S_IRWXU | S_IRWXG | S_IRWXO;  // less the umask
         if (mkdir(folder.c_str(), kMode) == 0) return {};
