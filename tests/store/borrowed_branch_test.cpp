@@ -108,15 +108,22 @@ TEST_F(BorrowedBranchTest, AChangeToPluginSettingsBorrowsTheirBranchAlone) {
 }
 
 TEST_F(BorrowedBranchTest, WithoutABackupNothingIsBorrowedAndNoneIsLeft) {
-    const auto half = "printf REGEDIT4 > \"$2\"; "s;
+    SetBoth("user's");
+    WriteFile(InHome("half"), Backup(kEmulator, "half"));
+    const auto half = "cp " + InHome("half") + " \"$2\"; ";
     for (const auto& instead : {"exit 0"s, "exit 1"s, half + "exit 1", half + "kill -9 $$"}) {
         for (const int run : {1, 2}) {
             EditorWith(run, instead);
             EXPECT_FALSE(ForRun()) << instead;
             EXPECT_THAT(Shown(boxes), ElementsAre(run == 1 ? kNoMain : kNoPlugins));
             EXPECT_THAT(Files(), IsEmpty());
+            EXPECT_THAT(Both(), ElementsAre("user's", "user's"));
         }
     }
+    EditorWith(1, half + "flock \"$2\" sleep 1 & sleep 0.2; exit 0");
+    EXPECT_FALSE(ForRun());
+    EXPECT_THAT(Shown(boxes), ElementsAre(testing::HasSubstr("Unable to lock ")));
+    EXPECT_THAT(Files(), IsEmpty());
 }
 
 TEST_F(BorrowedBranchTest, ABackupWhoseMergeFailedIsKept) {
