@@ -6,8 +6,8 @@
 
 namespace velto {
 
-CMiscSettingsView::CMiscSettingsView(CVeltoDoc& document, Editor& editor, QWidget* parent)
-    : FormPage({}, parent), settings_(document, editor), command_line_(MakeOwned<BytesEdit>()) {
+CMiscSettingsView::CMiscSettingsView(CVeltoDoc& document, Editor& editor)
+    : editor_(editor), settings_(document, editor), command_line_(MakeOwned<BytesEdit>()) {
     auto& form = *AddGroup(contents(), "General Epsxe Settings");
     const auto bios = AddPathRow(form, "&Bios File", "Br&owse");
     bios_ = bios.field;
@@ -19,9 +19,9 @@ CMiscSettingsView::CMiscSettingsView(CVeltoDoc& document, Editor& editor, QWidge
     connect(bios.browse, &QPushButton::clicked, this, [this] { BrowseBios(); });
 }
 
-void CMiscSettingsView::Refresh(const std::string& configuration) {
+void CMiscSettingsView::Refresh() {
     settings_.loading = true;
-    SetHeading(FromBytes(configuration));
+    SetHeading(FromBytes(editor_.GetSelectedConfigName()));
     bios_->SetBytes(settings_.Bios());
     command_line_->SetBytes(settings_.CommandLine());
     settings_.loading = false;

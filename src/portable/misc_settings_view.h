@@ -4,20 +4,21 @@
 
 #include "portable/misc_settings.h"
 #include "widgets/form.h"
+#include "widgets/page.h"
 
 namespace velto {
 
-class CMiscSettingsView : public FormPage {
+class CMiscSettingsView : public Page {
   public:
     // Document and editor aren't owned. The destructor doesn't touch them.
-    CMiscSettingsView(CVeltoDoc& document, Editor& editor, QWidget* parent = nullptr);
+    CMiscSettingsView(CVeltoDoc& document, Editor& editor);
 
-    // Shows the record of this configuration.
-    void Refresh(const std::string& configuration);
+    void Refresh() override;
 
   private:
     void BrowseBios();
 
+    Editor& editor_;
     CMiscSettings settings_;
     BytesEdit* bios_ = nullptr;
     BytesEdit* command_line_;

@@ -37,12 +37,12 @@ const ToggleRow* FindToggle(Command command) {
 }  // namespace
 
 CMainFrame::CMainFrame(std::string configDir, CPluginCatalogue& catalogue, LaunchCycle& launch,
-                       TreeWindow& tree_window, FrameWindow& window)
+                       PageTable pages, TreeWindow& tree_window, FrameWindow& window)
     : catalogue_(catalogue),
       launch_(launch),
       window_(window),
       document_(std::move(configDir), *this),
-      tree_(document_, tree_window) {}
+      tree_(document_, tree_window, pages) {}
 
 void CMainFrame::OnCreate() {
     ShowToggles();

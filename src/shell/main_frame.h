@@ -58,7 +58,7 @@ class CMainFrame : public Editor {
   public:
     // `configDir` is a host path without a separator at its end.
     CMainFrame(std::string configDir, CPluginCatalogue& catalogue, LaunchCycle& launch,
-               TreeWindow& tree_window, FrameWindow& window);
+               PageTable pages, TreeWindow& tree_window, FrameWindow& window);
 
     // Once, with all windows made: the check marks, and the tree as it is on disk.
     void OnCreate();

@@ -14,6 +14,7 @@
 #include "plugins/exclusion_dialog.h"
 #include "shell/about_dialog.h"
 #include "shell/exit_dialog.h"
+#include "shell/panes/page_table_window.h"
 #include "shell/paths_dialog.h"
 #include "shell/tray_icon_dialog.h"
 #include "shell/tree/new_config_dialog.h"
@@ -63,9 +64,9 @@ CMainFrameWindow::CMainFrameWindow(std::string configDir, CPluginCatalogue& cata
     connect(&hand_over_again_, &QTimer::timeout, this, [this] { ServeHandOver(); });
     MakeBars();
     tree_view_ = MakeOwned<CEpsxeTreeView>(this, [this](int page) { panes_->ShowPage(page); });
-    frame_ =
-        std::make_unique<CMainFrame>(std::move(configDir), catalogue, launch, *tree_view_, *this);
-    panes_ = MakeOwned<EditorPanes>(tree_view_, frame_->document(), Services(), this);
+    frame_ = std::make_unique<CMainFrame>(std::move(configDir), catalogue, launch, Pages(),
+                                          *tree_view_, *this);
+    panes_ = MakeOwned<EditorPanes>(tree_view_, Pages(), Services(), Buttons(), this);
     setCentralWidget(panes_);
     tree_view_->SetTree(frame_->tree());
     tree_view_->addAction(&actions_[Command::Delete]);
@@ -89,17 +90,21 @@ void CMainFrameWindow::MakeBars() {
     statusBar();
 }
 
-PaneServices CMainFrameWindow::Services() {
-    return {
-        *frame_,
-        {[this] { frame_->OnRun(); }, [this] { frame_->document().OnApply(); },
-         [this] { frame_->document().OnReset(); }},
-        {[this] { Run(Command::ProgramLocations); }, [this] { Run(Command::NewConfiguration); }},
-        [this] { return CountConfigurations(frame_->tree().root()) > 0; },
-        [this] {
-            const auto* const node = frame_->tree().GetSelectedItem().node;
-            return node == nullptr ? 0 : CountConfigurations(*node);
-        }};
+PageServices CMainFrameWindow::Services() {
+    return {.document = frame_->document(),
+            .editor = *frame_,
+            .run = [this](Command command) { Run(command); },
+            .count_selected =
+                [this] {
+                    const auto* const node = frame_->tree().GetSelectedItem().node;
+                    return node == nullptr ? 0 : CountConfigurations(*node);
+                }};
+}
+
+PanelCommands CMainFrameWindow::Buttons() {
+    return {.run = [this] { frame_->OnRun(); },
+            .apply = [this] { frame_->document().OnApply(); },
+            .reset = [this] { frame_->document().OnReset(); }};
 }
 
 void CMainFrameWindow::MakeTray(std::function<bool()> has_tray) {
@@ -170,11 +175,11 @@ void CMainFrameWindow::RestorePlace() {
 }
 
 void CMainFrameWindow::EnableApplyAndReset(bool enabled) {
-    panes_->EnableApplyAndReset(enabled);
+    panes_->panel().EnableApplyAndReset(enabled);
 }
 
 void CMainFrameWindow::RefreshPages() {
-    panes_->RefreshPages();
+    panes_->RefreshPage();
 }
 
 void CMainFrameWindow::SetChecked(Command toggle, bool on) {
@@ -188,7 +193,7 @@ void CMainFrameWindow::ShowStatus(const std::string& text) {
 }
 
 void CMainFrameWindow::ShowRunning(const std::string& configuration) {
-    panes_->ShowRunning(configuration);
+    panes_->panel().ShowRunning(configuration);
 }
 
 void CMainFrameWindow::ShowEditor() {
@@ -245,7 +250,7 @@ bool CMainFrameWindow::RunExitDialog(bool& dontAskAgain) {
 void CMainFrameWindow::RunDialog(Command dialog) {
     if (dialog == Command::ProgramLocations) {
         CPathsDlg(DialogParent()).exec();
-        panes_->RefreshPages();
+        panes_->RefreshPage();
     } else if (dialog == Command::ExclusionList) {
         CExclusionDlg(DialogParent()).exec();
     } else if (dialog == Command::TrayIcon) {

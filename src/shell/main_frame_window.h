@@ -62,7 +62,8 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
 
   private:
     void MakeBars();
-    PaneServices Services();
+    PageServices Services();
+    PanelCommands Buttons();
     void MakeTray(std::function<bool()> has_tray);
     void Run(Command command);
     void RestorePlace();

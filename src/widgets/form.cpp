@@ -1,45 +1,12 @@
 #include "widgets/form.h"
 
-#include <QApplication>
 #include <QDialogButtonBox>
-#include <QEvent>
-#include <QFontInfo>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QScrollBar>
-#include <algorithm>
 
 #include "widgets/owned.h"
 
 namespace velto {
-namespace {
-
-// Bold and larger than the text around it, at any size of this.
-class HeadingLabel : public QLabel {
-  public:
-    HeadingLabel() {
-        setTextFormat(Qt::PlainText);
-        setWordWrap(true);
-        TakeFont();
-    }
-
-  protected:
-    void changeEvent(QEvent* event) override {
-        if (event->type() == QEvent::ApplicationFontChange) TakeFont();
-        QLabel::changeEvent(event);
-    }
-
-  private:
-    void TakeFont() {
-        constexpr double kLarger = 1.4;
-        auto font = QApplication::font();
-        font.setPointSizeF(QFontInfo(font).pointSizeF() * kLarger);
-        font.setBold(true);
-        setFont(font);
-    }
-};
-
-}  // namespace
 
 QLabel* MakeLabel(const QString& text, bool wrapped) {
     auto* const label = MakeOwned<QLabel>(text);
@@ -93,36 +60,6 @@ void FormDialog::AddOkButton(bool with_cancel) {
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     contents_->addWidget(buttons);
-}
-
-FormPage::FormPage(const QString& heading, QWidget* parent)
-    : QScrollArea(parent), heading_(MakeOwned<HeadingLabel>()) {
-    auto* const inside = MakeOwned<QWidget>();
-    auto* const column = MakeOwned<QVBoxLayout>(inside);
-    column->addWidget(heading_);
-    contents_ = MakeOwned<QVBoxLayout>();
-    column->addLayout(contents_);
-    column->addStretch();
-    setWidget(inside);
-    setWidgetResizable(true);
-    setFrameShape(QFrame::NoFrame);
-    SetHeading(heading);
-    // A stop for the keyboard only while there is something to scroll.
-    setFocusPolicy(Qt::NoFocus);
-    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this,
-            [this](int, int last) { setFocusPolicy(last > 0 ? Qt::StrongFocus : Qt::NoFocus); });
-}
-
-QSize FormPage::minimumSizeHint() const {
-    constexpr int kMostLines = 12;
-    const auto needed = widget()->minimumSizeHint().height();
-    return {QScrollArea::minimumSizeHint().width(),
-            std::min(needed, fontMetrics().lineSpacing() * kMostLines)};
-}
-
-void FormPage::SetHeading(const QString& heading) {
-    heading_->setText(heading);
-    setAccessibleName(heading);
 }
 
 }  // namespace velto

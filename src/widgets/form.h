@@ -1,4 +1,4 @@
-// Labelled rows, the frame of a dialog and of a page, as all windows have them.
+// Labelled rows and the frame of a dialog, as all windows have them.
 //
 // Every field gets a label as its buddy, which is its name for a screen reader; a "&" in a label
 // makes its mnemonic. All widgets made here belong to the window that they are put into.
@@ -8,7 +8,6 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "widgets/bytes_edit.h"
@@ -44,23 +43,6 @@ class FormDialog : public QDialog {
     void AddOkButton(bool with_cancel = true);
 
   private:
-    QVBoxLayout* contents_;
-};
-
-// A page of the editor: a heading and contents below it. The contents never get less than they
-// need; a page that is too small for them scrolls, by the keyboard too.
-class FormPage : public QScrollArea {
-  public:
-    explicit FormPage(const QString& heading, QWidget* parent = nullptr);
-
-    QVBoxLayout& contents() { return *contents_; }
-    void SetHeading(const QString& heading);
-
-    // Short contents have all their height; long ones are for scrolling.
-    QSize minimumSizeHint() const override;
-
-  private:
-    QLabel* heading_;
     QVBoxLayout* contents_;
 };
 

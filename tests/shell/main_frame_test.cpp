@@ -10,6 +10,7 @@
 #include "support/failing_files.h"
 #include "support/home_test.h"
 #include "support/no_tree_window.h"
+#include "support/pages.h"
 
 namespace velto::test {
 namespace {
@@ -75,7 +76,7 @@ class MainFrameTest : public HomeTest {
     LaunchCycle launch{[] {}};
     NoTreeWindow tree_window;
     FakeFrameWindow window;
-    CMainFrame frame{environment.ConfigFolder(), catalogue, launch, tree_window, window};
+    CMainFrame frame{environment.ConfigFolder(), catalogue, launch, kPages, tree_window, window};
     CVeltoSettings settings;
 };
 

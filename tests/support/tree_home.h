@@ -14,6 +14,7 @@
 #include "support/fake_editor.h"
 #include "support/home_test.h"
 #include "support/no_tree_window.h"
+#include "support/pages.h"
 
 namespace velto::test {
 
@@ -79,19 +80,22 @@ class TreeHome : public HomeTest {
         auto* node = tree.Find(text.substr(0, slash), NodeKind::Configuration);
         if (node == nullptr) node = tree.Find(text, NodeKind::Group);
         if (slash == std::string::npos) return {node};
-        const auto page = std::find(kPageNames.begin(), kPageNames.end(), text.substr(slash + 1));
-        return {node, static_cast<int>(page - kPageNames.begin())};
+        const auto page = std::find_if(std::begin(kPages), std::end(kPages), [&](const auto& row) {
+            return row.text == text.substr(slash + 1);
+        });
+        return {node, page};
     }
     std::string Selected() {
         const auto item = tree.GetSelectedItem();
         EXPECT_TRUE(item == window.selected);
-        return item.page < 0 ? item.node->text : item.node->text + "/" + CEpsxeTree::TextOf(item);
+        return item.page == nullptr ? item.node->text
+                                    : item.node->text + "/" + CEpsxeTree::TextOf(item);
     }
     std::string Shape() { return ShapeOf(tree.root()); }
     // As files and settings have it.
     std::string Reread() {
         NoTreeWindow nobody;
-        CEpsxeTree fresh(document, nobody);
+        CEpsxeTree fresh(document, nobody, kPages);
         fresh.OnUpdate();
         return ShapeOf(fresh.root());
     }
@@ -113,7 +117,7 @@ class TreeHome : public HomeTest {
     TreeEditor editor;
     CVeltoDoc document{environment.ConfigFolder(), editor};
     RecordingTreeWindow window;
-    CEpsxeTree tree{document, window};
+    CEpsxeTree tree{document, window, kPages};
     const std::string home = "a(b(three two) one) c() top";
     std::vector<std::string> opened;
 };

@@ -1,45 +1,30 @@
 #include "shell/panes/editor_panes_window.h"
 
-#include <utility>
-
-#include "portable/misc_settings_view.h"
-#include "shell/panes/head_view.h"
-#include "shell/panes/placeholder_view.h"
 #include "widgets/owned.h"
+#include "widgets/page.h"
+#include "widgets/text.h"
 
 namespace velto {
-namespace {
 
-constexpr int kMiscPage = 1;
-constexpr int kLastPage = 8;
-
-}  // namespace
-
-EditorPanes::EditorPanes(QWidget* tree_view, CVeltoDoc& document, PaneServices services,
-                         QWidget* parent)
+EditorPanes::EditorPanes(QWidget* tree_view, PageTable pages, const PageServices& services,
+                         const PanelCommands& commands, QWidget* parent)
     : CMultiViewSplitterWindow(0, true, tree_view, nullptr, parent),
-      document_(document),
-      services_(std::move(services)),
-      panel_(MakeOwned<CPanelView>(services_.panel)),
-      right_(AddNestedSplitter(1, nullptr, nullptr, false)) {
-    AddPages();
+      panel_(MakeOwned<CPanelView>(commands)),
+      right_(AddNestedSplitter(1, nullptr, nullptr, false)),
+      fallback_(RowFor(pages, PageOf::Configuration).number) {
+    AddPages(pages, services);
     PutDividerBehindPages();
     right_->AddView(1, panel_);
     LoadState();
 }
 
-// In the order of their numbers.
-void EditorPanes::AddPages() {
-    welcome_ = MakeOwned<CInitalView>(services_.welcome);
-    misc_ = MakeOwned<CMiscSettingsView>(document_, services_.editor);
-    head_ = MakeOwned<CHeadView>();
-    right_->AddView(0, welcome_);
-    right_->AddView(0, misc_);
-    for (std::size_t page = 0; page < 5; ++page) {
-        right_->AddView(0, MakeOwned<PlaceholderView>(page));
+void EditorPanes::AddPages(PageTable pages, const PageServices& services) {
+    for (const auto& row : pages) {
+        auto* const page = row.make(services);
+        if (row.of == PageOf::OwnNode) page->SetHeading(FromBytes(row.text));
+        right_->AddView(0, page);
+        pages_.push_back(page);
     }
-    right_->AddView(0, head_);
-    right_->AddView(0, MakeOwned<PlaceholderView>(5));
 }
 
 // The Tab key takes the parts in the order of their making, in which the divider is before the
@@ -52,22 +37,17 @@ void EditorPanes::PutDividerBehindPages() {
     last->setFocusPolicy(policy);
 }
 
-void EditorPanes::ShowPage(int page) {
-    right_->SwitchView(0, page < 0 || page > kLastPage ? kMiscPage : page);
-    RefreshPages();
+void EditorPanes::ShowPage(int number) {
+    if (number < 0 || number >= static_cast<int>(pages_.size())) number = fallback_;
+    if (shown_ != nullptr) shown_->Hidden();
+    shown_ = pages_.at(static_cast<std::size_t>(number));
+    right_->SwitchView(0, number);
+    shown_->Refresh();
+    shown_->Shown();
 }
 
-void EditorPanes::RefreshPages() {
-    const auto* const shown = right_->GetPane(0, 0);
-    if (shown == welcome_) {
-        welcome_->Refresh(!document_.settings.GetEmulatorPath().empty(),
-                          !services_.has_configurations || services_.has_configurations());
-    } else if (shown == misc_) {
-        misc_->Refresh(services_.editor.GetSelectedConfigName());
-    } else if (shown == head_) {
-        head_->Refresh(services_.editor.GetSelectedConfigName(),
-                       services_.group_size ? services_.group_size() : 0);
-    }
+void EditorPanes::RefreshPage() {
+    if (shown_ != nullptr) shown_->Refresh();
 }
 
 }  // namespace velto

@@ -25,9 +25,12 @@ void Renumber(const TreeNode& parent, std::size_t from) {
 
 }  // namespace
 
-CEpsxeTree::CEpsxeTree(CVeltoDoc& document, TreeWindow& window)
-    : document_(document), window_(window), root_(std::make_unique<TreeNode>()) {
+CEpsxeTree::CEpsxeTree(CVeltoDoc& document, TreeWindow& window, PageTable pages)
+    : document_(document), window_(window), pages_(pages), root_(std::make_unique<TreeNode>()) {
     root_->text = kRootGroup;
+    for (const auto& row : pages_) {
+        if (row.of == PageOf::OwnNode) own_pages_.push_back(&row);
+    }
 }
 
 TreeNode* CEpsxeTree::Find(const std::string& name, velto::NodeKind kind) {
@@ -36,13 +39,12 @@ TreeNode* CEpsxeTree::Find(const std::string& name, velto::NodeKind kind) {
 
 velto::NodeKind CEpsxeTree::NodeKind(const TreeItem& item) {
     if (item.node == nullptr) return NodeKind::Group;
-    return item.page < 0 ? item.node->kind : NodeKind::Page;
+    return item.page == nullptr ? item.node->kind : NodeKind::Page;
 }
 
 std::string CEpsxeTree::TextOf(const TreeItem& item) {
     if (item.node == nullptr) return {};
-    if (item.page < 0) return item.node->text;
-    return std::string(kPageNames[static_cast<std::size_t>(item.page)]);
+    return item.page == nullptr ? item.node->text : std::string(item.page->text);
 }
 
 // A file that appeared behind the tree's back, or a group that isn't in it, is met by reading

@@ -2,28 +2,24 @@
 //
 // Nothing of it is stored as a tree. The groups are two lists of the settings, the place of a
 // configuration is the key `fileGroup` of its own file, and both are read anew at each rebuild.
-// A configuration has six pages below it, which are computed and have no nodes.
+// A configuration has pages below it, which are computed and have no nodes.
 //
 // The tree owns its nodes. It changes the files of the document's folder and the lists of the
 // settings, and never the one without the other: what the system refuses is reported, and tree,
 // files and settings stay in agreement. All calls come on the user interface thread.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "shell/panes/panes.h"
 #include "store/editor.h"
 #include "store/velto_doc.h"
 
 namespace velto {
-
-// The pages of a configuration, in their order.
-inline constexpr std::array<std::string_view, 6> kPageNames = {
-    "Graphics", "Sound", "Cd-Rom/Iso", "NetPlay", "MemoryCards", "GamePad"};
 
 struct TreeNode {
     NodeKind kind = NodeKind::Group;  // or Configuration
@@ -35,8 +31,8 @@ struct TreeNode {
 
 // A node as the user sees it: a group, a configuration, or one of the configuration's pages.
 struct TreeItem {
-    TreeNode* node = nullptr;  // null: no item
-    int page = -1;             // an index of kPageNames, or -1 for the node itself
+    TreeNode* node = nullptr;       // null: no item
+    const PageRow* page = nullptr;  // null: the node itself
     bool operator==(const TreeItem&) const = default;
 };
 
@@ -66,8 +62,9 @@ class TreeWindow {
 
 class CEpsxeTree {
   public:
-    // The window must outlive the tree; the document's editor gets its answers from the tree.
-    CEpsxeTree(CVeltoDoc& document, TreeWindow& window);
+    // The window and the pages must outlive the tree; the document's editor gets its answers from
+    // the tree.
+    CEpsxeTree(CVeltoDoc& document, TreeWindow& window, PageTable pages);
 
     // Reads groups and configurations anew and selects the root.
     void OnUpdate();
@@ -79,6 +76,14 @@ class CEpsxeTree {
     static velto::NodeKind NodeKind(const TreeItem& item);
     // What the user reads.
     static std::string TextOf(const TreeItem& item);
+
+    PageTable pages() const { return pages_; }
+    // Those that stand below each configuration.
+    const std::vector<const PageRow*>& own_pages() const { return own_pages_; }
+    // The row that the item stands for in the table of the pages: its image is there.
+    const PageRow& RowOf(const TreeItem& item) const;
+    // The number of the page that the right pane shows for the item.
+    int PageNumber(const TreeItem& item) const;
 
     TreeItem GetSelectedItem() const { return selected_; }
     TreeItem GetPreviousItem() const { return lastSelected; }
@@ -130,13 +135,12 @@ class CEpsxeTree {
 
     CVeltoDoc& document_;
     TreeWindow& window_;
+    PageTable pages_;
+    std::vector<const PageRow*> own_pages_;
     std::unique_ptr<TreeNode> root_;
     TreeItem selected_;
     TreeItem lastSelected;
 };
-
-// The number of the page that the right pane shows for an item.
-int PageNumber(const TreeItem& item);
 
 // The name of a configuration's file, in the spelling that the folder has for its ending.
 std::string FileOf(const std::string& folder, const TreeNode& configuration);

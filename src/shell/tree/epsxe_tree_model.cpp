@@ -1,5 +1,6 @@
 #include "shell/tree/epsxe_tree_model.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "widgets/text.h"
@@ -7,43 +8,22 @@
 namespace velto {
 namespace {
 
-constexpr std::size_t kConfigurationImage = 0;
-constexpr std::size_t kGroupImage = 1;
-constexpr std::size_t kRootImage = 7;
-constexpr std::array<const char*, 9> kImages = {
-    ":/icons/tree-configuration.svg", ":/icons/tree-group.svg",    ":/icons/tree-memory-cards.svg",
-    ":/icons/tree-sound.svg",         ":/icons/tree-graphics.svg", ":/icons/tree-cd-rom.svg",
-    ":/icons/tree-netplay.svg",       ":/icons/tree-root.svg",     ":/icons/tree-gamepad.svg"};
-// As kPageNames.
-constexpr std::array<std::size_t, kPageNames.size()> kPageImages = {4, 3, 5, 6, 2, 8};
-
-std::size_t ImageOf(const TreeItem& item) {
-    if (item.page >= 0) return kPageImages.at(static_cast<std::size_t>(item.page));
-    if (item.node->kind == NodeKind::Configuration) return kConfigurationImage;
-    return item.node->parent == nullptr ? kRootImage : kGroupImage;
-}
-
 QString KindOf(const TreeItem& item) {
-    if (item.page >= 0) return "Page";
+    if (item.page != nullptr) return "Page";
     return item.node->kind == NodeKind::Configuration ? "Configuration" : "Group";
-}
-
-std::size_t ChildrenOf(const TreeItem& item) {
-    if (item.page >= 0) return 0;
-    if (item.node->kind == NodeKind::Configuration) return kPageNames.size();
-    return item.node->children.size();
 }
 
 }  // namespace
 
 CEpsxeTreeModel::CEpsxeTreeModel(Edited edited, QObject* parent)
-    : QAbstractItemModel(parent), edited_(std::move(edited)) {
-    for (std::size_t i = 0; i < kImages.size(); ++i) images_.at(i) = QIcon(kImages.at(i));
-}
+    : QAbstractItemModel(parent), edited_(std::move(edited)) {}
 
 void CEpsxeTreeModel::SetTree(CEpsxeTree& tree) {
     beginResetModel();
     tree_ = &tree;
+    for (const auto& row : tree.pages()) {
+        images_.emplace_back(":/icons/" + FromBytes(row.icon) + ".svg");
+    }
     endResetModel();
 }
 
@@ -51,8 +31,9 @@ TreeItem CEpsxeTreeModel::ItemAt(const QModelIndex& index) const {
     if (!index.isValid()) return {};
     auto* const above = static_cast<TreeNode*>(index.internalPointer());
     if (above == nullptr) return {const_cast<TreeNode*>(&tree_->root())};
-    if (above->kind == NodeKind::Configuration) return {above, index.row()};
-    return {above->children.at(static_cast<std::size_t>(index.row())).get()};
+    const auto row = static_cast<std::size_t>(index.row());
+    if (above->kind == NodeKind::Configuration) return {above, tree_->own_pages().at(row)};
+    return {above->children.at(row).get()};
 }
 
 QModelIndex CEpsxeTreeModel::IndexOf(const TreeNode& node) const {
@@ -61,7 +42,10 @@ QModelIndex CEpsxeTreeModel::IndexOf(const TreeNode& node) const {
 
 QModelIndex CEpsxeTreeModel::IndexOf(const TreeItem& item) const {
     if (item.node == nullptr) return {};
-    return item.page < 0 ? IndexOf(*item.node) : createIndex(item.page, 0, item.node);
+    if (item.page == nullptr) return IndexOf(*item.node);
+    const auto& pages = tree_->own_pages();
+    const auto row = std::find(pages.begin(), pages.end(), item.page) - pages.begin();
+    return createIndex(static_cast<int>(row), 0, item.node);
 }
 
 void CEpsxeTreeModel::BeginInsert(const TreeNode& parent, std::size_t row) {
@@ -109,7 +93,12 @@ QModelIndex CEpsxeTreeModel::parent(const QModelIndex& index) const {
 
 int CEpsxeTreeModel::rowCount(const QModelIndex& parent) const {
     if (tree_ == nullptr) return 0;
-    return parent.isValid() ? static_cast<int>(ChildrenOf(ItemAt(parent))) : 1;
+    if (!parent.isValid()) return 1;
+    const auto item = ItemAt(parent);
+    if (item.page != nullptr) return 0;
+    const auto& node = *item.node;
+    return static_cast<int>(node.kind == NodeKind::Configuration ? tree_->own_pages().size()
+                                                                 : node.children.size());
 }
 
 int CEpsxeTreeModel::columnCount(const QModelIndex& /*parent*/) const {
@@ -123,7 +112,7 @@ Qt::ItemFlags CEpsxeTreeModel::flags(const QModelIndex& index) const {
     flags.setFlag(Qt::ItemIsEditable, CEpsxeTree::CanRename(item));
     flags.setFlag(Qt::ItemIsDragEnabled, CEpsxeTree::CanDrag(item));
     flags.setFlag(Qt::ItemIsDropEnabled, CEpsxeTree::NodeKind(item) == NodeKind::Group);
-    flags.setFlag(Qt::ItemNeverHasChildren, item.page >= 0);
+    flags.setFlag(Qt::ItemNeverHasChildren, item.page != nullptr);
     return flags;
 }
 
@@ -136,7 +125,7 @@ QVariant CEpsxeTreeModel::data(const QModelIndex& index, int role) const {
         case Qt::AccessibleTextRole:
             return FromBytes(CEpsxeTree::TextOf(item));
         case Qt::DecorationRole:
-            return images_.at(ImageOf(item));
+            return images_.at(static_cast<std::size_t>(tree_->RowOf(item).number));
         case Qt::AccessibleDescriptionRole:
             return KindOf(item);
         default:

@@ -7,7 +7,6 @@
 
 #include <QAbstractItemModel>
 #include <QIcon>
-#include <array>
 #include <functional>
 #include <string>
 #include <vector>
@@ -60,7 +59,7 @@ class CEpsxeTreeModel : public QAbstractItemModel {
 
     CEpsxeTree* tree_ = nullptr;
     Edited edited_;
-    std::array<QIcon, 9> images_;
+    std::vector<QIcon> images_;  // by the number of a page
     std::vector<SortedRow> sorted_rows_;
 };
 

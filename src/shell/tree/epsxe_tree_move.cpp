@@ -17,7 +17,7 @@ bool IsWithin(const TreeNode& node, const TreeNode& group) {
 
 bool CEpsxeTree::CanDrag(const TreeItem& item) {
     // A file of the root's name can't be loaded.
-    return item.node != nullptr && item.page < 0 && item.node->text != kRootGroup;
+    return item.node != nullptr && item.page == nullptr && item.node->text != kRootGroup;
 }
 
 bool CEpsxeTree::IsDropTarget(const TreeNode& dragged, const TreeItem& item) {

@@ -20,7 +20,7 @@ void ReportRefusal(const std::string& file, const std::string& reason) {
 }  // namespace
 
 bool CEpsxeTree::CanRename(const TreeItem& item) {
-    return item.node != nullptr && item.page < 0 && item.node->text != kRootGroup;
+    return item.node != nullptr && item.page == nullptr && item.node->text != kRootGroup;
 }
 
 bool CEpsxeTree::Rename(const TreeItem& item, const std::string& text) {

@@ -51,15 +51,17 @@ bool CEpsxeTree::MayEnter(const TreeItem& item) {
     return another_page || !document_.LoadConfig(GetSelectedConfigName());
 }
 
-int PageNumber(const TreeItem& item) {
-    constexpr int kInitial = 0;
-    constexpr int kMisc = 1;
-    constexpr int kHead = 7;
-    constexpr std::array<int, kPageNames.size()> kPages = {2, 3, 4, 5, 6, 8};
-    if (item.page >= 0) return kPages[static_cast<std::size_t>(item.page)];
-    // A file of that name can't be loaded: it has no page of its own either.
-    if (item.node == nullptr || item.node->text == kRootGroup) return kInitial;
-    return item.node->kind == NodeKind::Configuration ? kMisc : kHead;
+const PageRow& CEpsxeTree::RowOf(const TreeItem& item) const {
+    if (item.page != nullptr) return *item.page;
+    if (item.node == root_.get()) return RowFor(pages_, PageOf::Root);
+    return RowFor(
+        pages_, NodeKind(item) == NodeKind::Configuration ? PageOf::Configuration : PageOf::Group);
+}
+
+int CEpsxeTree::PageNumber(const TreeItem& item) const {
+    // A file of the root's name can't be loaded: it has no page of its own either.
+    const bool root = item.page == nullptr && item.node->text == kRootGroup;
+    return root ? RowFor(pages_, PageOf::Root).number : RowOf(item).number;
 }
 
 }  // namespace velto

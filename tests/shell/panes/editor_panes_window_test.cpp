@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "shell/panes/page_table_window.h"
 #include "support/fake_editor.h"
 #include "support/home_test.h"
 #include "support/windows.h"
@@ -17,7 +18,7 @@ class EditorPanesTest : public HomeTest, public FakeEditor {
         panes.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&panes));
     }
-    void EnableApplyAndReset(bool on) override { panes.EnableApplyAndReset(on); }
+    void EnableApplyAndReset(bool on) override { panes.panel().EnableApplyAndReset(on); }
 
     // Whether a label with this text can be read at the moment.
     bool Shows(const QString& text) const {
@@ -35,17 +36,16 @@ class EditorPanesTest : public HomeTest, public FakeEditor {
     std::function<void()> Note(const char* command) {
         return [this, command] { called += command; };
     }
+    void Note(Command command) { called += command == Command::ProgramLocations ? "paths" : "new"; }
 
     CVeltoDoc document{environment.ConfigFolder(), *this};
-    bool has_configurations = true;
+    std::size_t configurations = 2;
     QStringList called;
     EditorPanes panes{new QLineEdit,
-                      document,
-                      {*this,
-                       {Note("run"), Note("apply"), Note("reset")},
-                       {Note("paths"), Note("new")},
-                       [this] { return has_configurations; },
-                       [] { return 2U; }}};
+                      Pages(),
+                      {document, *this, [this](Command command) { Note(command); },
+                       [this] { return configurations; }},
+                      {Note("run"), Note("apply"), Note("reset")}};
 };
 
 TEST_F(EditorPanesTest, EachNumberShowsItsPageAlone) {
@@ -66,32 +66,32 @@ TEST_F(EditorPanesTest, EachNumberShowsItsPageAlone) {
 TEST_F(EditorPanesTest, TheWelcomePageLeadsToTheNextStep) {
     panes.ShowPage(0);
     Click(panes, "Set Program Locations...");
-    has_configurations = false;
+    configurations = 0;
     document.settings.SetEmulatorPath("C:\\epsxe.exe");
-    panes.RefreshPages();
+    panes.RefreshPage();
     Click(panes, "New Configuration...");
     EXPECT_EQ(called, QStringList({"paths", "new"}));
     EXPECT_FALSE(Button(panes, "Set Program Locations...").isVisible());
-    has_configurations = true;
+    configurations = 1;
     panes.ShowPage(0);
     EXPECT_FALSE(Button(panes, "New Configuration...").isVisible());
 }
 
 TEST_F(EditorPanesTest, ThePanelHasThreeCommandsAndTellsARun) {
-    panes.EnableApplyAndReset(true);
+    panes.panel().EnableApplyAndReset(true);
     for (const auto* const name : {"Reset Settings", "Launch Epsxe", "Apply Settings"}) {
         Click(panes, name);
     }
     EXPECT_EQ(called, QStringList({"reset", "run", "apply"}));
-    panes.EnableApplyAndReset(false);
+    panes.panel().EnableApplyAndReset(false);
     EXPECT_FALSE(AreButtonsEnabled());
 
     const auto width = panes.minimumSizeHint().width();
-    panes.ShowRunning(std::string(255, 'm') + "<i>");
+    panes.panel().ShowRunning(std::string(255, 'm') + "<i>");
     QApplication::processEvents();
     EXPECT_TRUE(Shows("Running: " + QString(255, 'm') + "<i>"));
     EXPECT_EQ(panes.minimumSizeHint().width(), width) << "a long name asks for no room";
-    panes.ShowRunning("");
+    panes.panel().ShowRunning("");
     EXPECT_FALSE(Shows("Running: "));
 }
 
@@ -121,7 +121,7 @@ TEST_F(EditorPanesTest, AnEditIsInTheRecordAtOnceAndThePageFollowsIt) {
     line.clear();
     EXPECT_EQ(document.commandLine, "NULL");
     document.commandLine = "-file";
-    panes.RefreshPages();
+    panes.RefreshPage();
     EXPECT_EQ(line.text(), "-file");
 }
 
@@ -146,7 +146,7 @@ TEST_F(EditorPanesTest, BrowseFindsABiosFileInTheEmulatorsFolder) {
 
 TEST_F(EditorPanesTest, TheTabKeyGoesThroughThePageToThePanel) {
     panes.ShowPage(1);
-    panes.EnableApplyAndReset(true);
+    panes.panel().EnableApplyAndReset(true);
     const auto button = [this](const char* text) -> QWidget* { return &Button(panes, text); };
     const auto inner = panes.GetPane(0, 1)->findChildren<QSplitterHandle*>();
     QWidget* const stops[] = {panes.handle(1),

@@ -7,6 +7,7 @@
 #include "support/fake_editor.h"
 #include "support/home_test.h"
 #include "support/no_tree_window.h"
+#include "support/pages.h"
 
 namespace velto::test {
 namespace {
@@ -30,7 +31,7 @@ class CopyConfigTest : public HomeTest {
     FakeEditor editor;
     CVeltoDoc document{environment.ConfigFolder(), editor};
     NoTreeWindow window;
-    CEpsxeTree tree{document, window};
+    CEpsxeTree tree{document, window, kPages};
 };
 
 TEST_F(CopyConfigTest, CopiesOverAnOldCopyWithWholeLines) {

@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/pages.h"
 #include "support/tree_home.h"
 #include "support/windows.h"
 #include "widgets/text.h"
@@ -120,7 +121,7 @@ class EpsxeTreeViewTest : public HomeTest {
     CVeltoDoc document{environment.ConfigFolder(), editor};
     std::vector<int> pages;
     CEpsxeTreeView view{nullptr, [this](int page) { pages.push_back(page); }};
-    CEpsxeTree tree{document, view};
+    CEpsxeTree tree{document, view, kPages};
     QAbstractItemModelTester tester{view.model(),
                                     QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
