@@ -1,8 +1,10 @@
 #include "gamepad/pad.h"
 
+#include <algorithm>
+#include <charconv>
 #include <span>
+#include <system_error>
 
-#include "gamepad/code_list.h"
 #include "gamepad/input_codes.h"
 #include "platform/message_box.h"
 
@@ -38,6 +40,31 @@ constexpr Button kButtons[] = {
 
 constexpr Field kAxes[] = {&CPad::leftAxisX, &CPad::leftAxisY, &CPad::rightAxisX,
                            &CPad::rightAxisY};
+
+// Takes the codes off a list from its head. Reads no further than it was asked to: a list may be
+// as long as a line of a file.
+class CodeListReader {
+  public:
+    explicit CodeListReader(std::string_view list) : rest_(list) {}
+
+    int Next() {
+        const auto end = std::min(rest_.find(','), rest_.size());
+        const int number = NumberOf(rest_.substr(0, end));
+        rest_.remove_prefix(std::min(end + 1, rest_.size()));
+        return number;
+    }
+
+  private:
+    static int NumberOf(std::string_view token) {
+        int number = 0;
+        const auto* const end = token.data() + token.size();
+        const auto read = std::from_chars(token.data(), end, number);
+        const bool plain = read.ec == std::errc() && read.ptr == end && number >= 0;
+        return plain ? number : 0;
+    }
+
+    std::string_view rest_;
+};
 
 // The pad's share of a list in which each port, from the first on, has a code for each field.
 void TakeShare(CPad& pad, std::span<const Field> fields, std::string_view list) {
@@ -98,6 +125,11 @@ void CPad::Load(std::string_view keys, std::string_view axes, std::string_view m
     TakeShare(*this, &CPad::motorType, motors);
     TakeShare(*this, &CPad::bMotorType, big_motors);
     TakeShare(*this, &CPad::sMotorType, small_motors);
+}
+
+void AppendCode(std::string& list, int code) {
+    if (!list.empty()) list += ',';
+    list += std::to_string(code);
 }
 
 }  // namespace velto

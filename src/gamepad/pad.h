@@ -2,8 +2,12 @@
 // inputs stand for its buttons and sticks.
 //
 // A plain record. Every field but `padNumber` is a code of gamepad/input_codes.h, 0 or more, but
-// any number is kept as it is, also one that has no meaning there. The port travels in six lists
-// of codes (gamepad/code_list.h): one with its own buttons, five that all ports share.
+// any number is kept as it is, also one that has no meaning there.
+//
+// The port travels in six lists of codes, as configurations and the emulator's registry hold them:
+// one with its own buttons, five that all ports share. A list is plain decimal numbers of 0 to
+// 2147483647 with a single comma between each two. Whatever else is found between commas, nothing
+// included, reads as 0; leading zeros do no harm.
 #pragma once
 
 #include <string>
@@ -62,5 +66,8 @@ class CPad {
     int sMotorType = 0;  // motor mode of the small (right) motor
     int motorType = 0;   // rumble interface
 };
+
+// The code as the list's last token.
+void AppendCode(std::string& list, int code);
 
 }  // namespace velto

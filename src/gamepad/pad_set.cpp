@@ -1,7 +1,5 @@
 #include "gamepad/pad_set.h"
 
-#include "gamepad/code_list.h"
-
 namespace velto {
 
 CPadSet::CPadSet() {
