@@ -41,12 +41,11 @@ void CPluginCatalogue::ScanPlugins(const Log& log) {
         return;
     }
     {
-        // Read once: a scan changes no settings.
-        const auto excluded = CVeltoSettings().GetExclusionList();
+        const CVeltoSettings settings;
         const auto scan = platform::Libraries().BeginScan(folder, CPlugin::IdentityFunctions());
         for (const auto& file : files) {
             log("Scanning file: " + platform::JoinPath(folder, file));
-            if (std::find(excluded.begin(), excluded.end(), file) != excluded.end()) {
+            if (settings.IsExcluded(file)) {
                 log("That file is excluded. Continuing");
             } else {
                 ScanFile(folder, file, log);
