@@ -74,8 +74,6 @@ class RegistryKey {
     // values in that of their creation.
     virtual Result<std::optional<std::string>> EnumerateSubkey(std::size_t index) = 0;
     virtual Result<std::optional<RegistryValueName>> EnumerateValue(std::size_t index) = 0;
-    // The length in bytes of the key's longest value; 0 without values.
-    virtual Result<std::size_t> LongestValue() = 0;
     // Once, as the last call.
     virtual Status Close() = 0;
 };

@@ -57,7 +57,6 @@ class FailingRegistry : public platform::RegistryStore {
             if (store_.Fails(RegistryCall::EnumerateValue, path_)) return Failure();
             return real_->EnumerateValue(index);
         }
-        platform::Result<std::size_t> LongestValue() override { return real_->LongestValue(); }
         platform::Status Close() override {
             if (store_.Fails(RegistryCall::Close, path_)) return Failure();
             return real_->Close();

@@ -96,13 +96,6 @@ class SqliteKey : public RegistryKey {
         return std::optional(std::move(found->value));
     }
 
-    Result<std::size_t> LongestValue() override {
-        std::size_t length = 0;
-        auto read = Read([&](auto& tables) { length = tables.LongestValue(key_.id); });
-        if (!read.ok()) return read.error();
-        return length;
-    }
-
     Status Close() override { return {}; }
 
   private:

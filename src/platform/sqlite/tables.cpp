@@ -65,7 +65,6 @@ const std::array<const char*, RegistryTables::kQueryCount> RegistryTables::kText
     "ON CONFLICT (key_id, name) DO UPDATE SET type = excluded.type, data = excluded.data",
     "SELECT id, name, type FROM registry_value WHERE key_id = ? AND id > ? "
     "ORDER BY id LIMIT 1 OFFSET ?",
-    "SELECT coalesce(max(length(data)), 0) FROM registry_value WHERE key_id = ?",
     "SELECT name, type, data FROM registry_value WHERE key_id = ? ORDER BY id",
 };
 
@@ -156,13 +155,6 @@ std::optional<StoredValueName> RegistryTables::ValueBehind(std::int64_t key, std
     if (!run->executeStep()) return {};
     return StoredValueName{run->getColumn(0).getInt64(),
                            {run->getColumn(1).getString(), TypeIn(run->getColumn(2))}};
-}
-
-std::size_t RegistryTables::LongestValue(std::int64_t key) {
-    Run run(Prepared(kLongestValue));
-    run->bind(1, key);
-    run->executeStep();
-    return static_cast<std::size_t>(run->getColumn(0).getInt64());
 }
 
 Status RegistryTables::ShowValues(std::int64_t key, RegistryVisitor& visitor) {

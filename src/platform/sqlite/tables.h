@@ -51,7 +51,6 @@ class RegistryTables {
     // others precede.
     std::optional<StoredValueName> ValueBehind(std::int64_t key, std::int64_t id,
                                                std::size_t skipped);
-    std::size_t LongestValue(std::int64_t key);
     Status ShowValues(std::int64_t key, RegistryVisitor& visitor);
 
   private:
@@ -62,7 +61,6 @@ class RegistryTables {
         kFindValue,
         kPutValue,
         kValueBehind,
-        kLongestValue,
         kAllValues,
         kQueryCount,
     };
