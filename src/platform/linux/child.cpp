@@ -13,7 +13,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/linux/retrying.h"
+#include "platform/linux/system_error.h"
 
 // BecomeProgram and what it calls run in the child, which shares the memory of a process whose
 // other threads may hold any lock: only async-signal-safe calls, and no object of the heap changes

@@ -14,7 +14,7 @@
 
 #include "platform/files.h"
 #include "platform/linux/descriptor.h"
-#include "platform/linux/retrying.h"
+#include "platform/linux/system_error.h"
 
 namespace velto::platform {
 namespace {

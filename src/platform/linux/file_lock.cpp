@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include "platform/linux/descriptor.h"
-#include "platform/linux/retrying.h"
 #include "platform/linux/system_error.h"
 
 namespace velto::platform {

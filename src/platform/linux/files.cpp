@@ -11,7 +11,6 @@
 #include <system_error>
 
 #include "platform/linux/descriptor.h"
-#include "platform/linux/retrying.h"
 #include "platform/linux/system_error.h"
 
 namespace velto::platform {

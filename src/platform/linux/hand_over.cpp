@@ -17,7 +17,6 @@
 #include <utility>
 
 #include "platform/linux/descriptor.h"
-#include "platform/linux/retrying.h"
 #include "platform/linux/system_error.h"
 
 namespace velto::platform {

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "platform/linux/retrying.h"
+#include "platform/linux/system_error.h"
 
 namespace velto::platform {
 namespace {

@@ -13,7 +13,6 @@
 #include <tuple>
 #include <utility>
 
-#include "platform/linux/retrying.h"
 #include "platform/linux/system_error.h"
 
 namespace velto::platform {

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "platform/linux/retrying.h"
+#include "platform/linux/system_error.h"
 #include "platform/message_box.h"
 
 namespace velto::platform {

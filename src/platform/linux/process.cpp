@@ -21,7 +21,6 @@
 #include "platform/environment.h"
 #include "platform/linux/child.h"
 #include "platform/linux/descriptor.h"
-#include "platform/linux/retrying.h"
 #include "platform/linux/system_error.h"
 
 namespace velto::platform {

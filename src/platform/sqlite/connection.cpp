@@ -6,7 +6,6 @@
 
 #include "platform/linux/system_error.h"
 #include "platform/sqlite/file.h"
-#include "platform/sqlite/write_lock.h"
 
 namespace velto::platform {
 

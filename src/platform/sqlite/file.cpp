@@ -1,6 +1,7 @@
 #include "platform/sqlite/file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,11 +16,9 @@
 #include <SQLiteCpp/Transaction.h>
 #include <sqlite3.h>
 
-#include "platform/linux/descriptor.h"
 #include "platform/linux/system_error.h"
 #include "platform/sqlite/names.h"
 #include "platform/sqlite/tables.h"
-#include "platform/sqlite/write_lock.h"
 
 namespace velto::platform {
 namespace {
@@ -194,6 +193,17 @@ Status OpenOrMake(const std::string& file, std::span<const RegistryWrite> first_
 }
 
 }  // namespace
+
+Result<Descriptor> TakeWriteLock(const std::string& file) {
+    constexpr mode_t kMode = 0666;  // less the umask
+    const std::string name = file + ".lock";
+    // Read-only, for a lock file that another user made: a lock takes no right to write.
+    Descriptor lock(
+        Retrying([&] { return open(name.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, kMode); }));
+    if (!lock.valid()) return SystemError(file);
+    if (Retrying([&] { return flock(lock.get(), LOCK_EX); }) != 0) return SystemError(file);
+    return lock;
+}
 
 Result<DatabasePointer> OpenRegistryFile(const std::string& file,
                                          std::span<const RegistryWrite> first_values) {
