@@ -1,15 +1,10 @@
 #include "platform/process.h"
 
 #include <fcntl.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <sys/prctl.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <random>
@@ -131,28 +126,6 @@ TEST_F(ProcessTest, ChildGetsItsParametersAndNothingOfItsParentButTheOutputs) {
                                     "descriptor 2 " + fs::read_symlink("/proc/self/fd/2").string(),
                                     "variable VELTO_HOME=/the home", "variable VELTO_OTHER=kept",
                                     "SigBlk:\t0000000000000000", "SigIgn:\t0000000000000000"}));
-}
-
-// Forbids the call that closes all descriptors at once, as sandboxes with an old list do.
-bool ForbidCloseRange() {
-    std::array<sock_filter, 4> program{
-        sock_filter{BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
-        sock_filter{BPF_JMP | BPF_JEQ | BPF_K, 0, 1, SYS_close_range},
-        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | ENOSYS},
-        sock_filter{BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW}};
-    const sock_fprog filter{program.size(), program.data()};
-    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-           prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
-}
-
-TEST_F(ProcessTest, DescriptorsAreClosedOnKernelsWithoutACallForAllOfThem) {
-    ForkedChild sandboxed([&](const auto& tell) {
-        tell(ForbidCloseRange() && fcntl(STDERR_FILENO, F_DUPFD, 700) == 700);
-        return Run({.file = reporter_, .parameters = report_});
-    });
-    if (sandboxed.Next() == 0) GTEST_SKIP() << "no filter of calls on this kernel";
-    ASSERT_EQ(sandboxed.Wait(), 0);
-    for (const auto& line : Report()) EXPECT_FALSE(line.starts_with("descriptor 7")) << line;
 }
 
 TEST_F(ProcessTest, WaitTellsHowTheProgramEnded) {

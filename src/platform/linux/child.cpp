@@ -3,10 +3,9 @@
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
@@ -29,16 +28,6 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
     for (auto& text : texts) result.push_back(text.data());
     result.push_back(nullptr);
     return result;
-}
-
-void CloseFrom(int first) {
-    if (close_range(static_cast<unsigned>(first), ~0U, 0) == 0) return;
-    // Kernels before 5.9 and some sandboxes don't have that call.
-    constexpr rlim_t kMost = 1U << 20U;  // the kernel's own limit, unless it was raised
-    rlimit limit{kMost, kMost};
-    static_cast<void>(getrlimit(RLIMIT_NOFILE, &limit));
-    const int end = static_cast<int>(std::min(limit.rlim_cur, kMost));
-    for (int number = first; number < end; ++number) close(number);
 }
 
 // Leaves descriptors 0 to 2, behind them those handed over, and behind these the report pipe, which
@@ -64,8 +53,7 @@ bool ArrangeDescriptors(std::vector<int>& handed_over, int& report) {
     const int empty = open("/dev/null", O_RDONLY);
     if (empty < 0 || dup2(empty, STDIN_FILENO) < 0) return false;
     if (empty != STDIN_FILENO) close(empty);
-    CloseFrom(place + 1);
-    return true;
+    return close_range(static_cast<unsigned>(place) + 1, ~0U, 0) == 0;
 }
 
 bool ResetSignals() {
@@ -140,6 +128,11 @@ pid_t StartChild(ChildPlan& plan, int report) {
     };
     const SignalsBlocked blocked;
     return clone(run, stack.get() + kStackSize, CLONE_VM | CLONE_VFORK | SIGCHLD, &child);
+}
+
+// By number: the C library's own header for it isn't made for C++.
+Descriptor EndOf(pid_t child) {
+    return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
 }
 
 }  // namespace velto::platform

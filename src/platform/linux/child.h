@@ -1,11 +1,13 @@
-// The child's side of starting a program: what it does before it becomes that.
-// For the Linux form of the process service alone.
+// A child of this process at its two ends: what it does before it becomes a program, and how its
+// end is awaited. For the Linux forms of the services alone.
 #pragma once
 
 #include <sys/types.h>
 
 #include <string>
 #include <vector>
+
+#include "platform/linux/descriptor.h"
 
 namespace velto::platform {
 
@@ -36,5 +38,9 @@ struct ChildFailure {
 // The child's number, or -1 with the reason in errno. It has become the program when this returns,
 // or has failed: then a ChildFailure is in the pipe whose write end, closed on exec, is `report`.
 pid_t StartChild(ChildPlan& plan, int report);
+
+// Becomes readable when the child, not yet waited for, has ended. If no descriptor is free it isn't
+// valid, and a poll passes over it.
+Descriptor EndOf(pid_t child);
 
 }  // namespace velto::platform

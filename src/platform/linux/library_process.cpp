@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include <tuple>
 #include <utility>
 
+#include "platform/linux/child.h"
 #include "platform/linux/system_error.h"
 
 namespace velto::platform {
@@ -29,11 +29,6 @@ bool Await(std::span<pollfd> polled, std::optional<std::chrono::milliseconds> ti
         return static_cast<int>(std::max(rest, std::chrono::milliseconds::zero()).count());
     };
     return Retrying([&] { return poll(polled.data(), polled.size(), left()); }) > 0;
-}
-
-// Becomes readable when the process ends. (The C library's own header for it isn't made for C++.)
-Descriptor EndOf(int process) {
-    return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
 }
 
 struct Pipe {
@@ -102,7 +97,7 @@ Error LibraryProcess::Refuse() {
 void LibraryProcess::End() {
     if (!alive()) return;
     requests_.Reset();
-    std::array<pollfd, 1> polled{pollfd{end_.valid() ? end_.get() : answers_.get(), POLLIN, 0}};
+    std::array<pollfd, 1> polled{pollfd{end_.get(), POLLIN, 0}};
     std::ignore = Await(polled, answer_time_);
     Kill();
 }

@@ -54,7 +54,7 @@ class LibraryProcess {
     std::unique_ptr<ChildProcess> child_;  // null: it has ended
     Descriptor requests_;
     Descriptor answers_;
-    Descriptor end_;  // readable when the program has ended; not valid on kernels without
+    Descriptor end_;  // readable when the program has ended
     std::chrono::milliseconds answer_time_;
     bool left_requests_ = false;
 };

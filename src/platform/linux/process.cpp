@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,7 +13,6 @@
 #include <filesystem>
 #include <mutex>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 #include "platform/ascii.h"
@@ -72,14 +70,9 @@ class LinuxChild : public ChildProcess {
 
     bool EndsWithin(std::chrono::milliseconds limit) override {
         if (waited_ || HasEnded(child_)) return true;
-        // By number, as this host's library has the call in its header alone.
-        const Descriptor process(static_cast<int>(syscall(SYS_pidfd_open, child_, 0)));
-        if (process.valid()) {
-            pollfd end{process.get(), POLLIN, 0};
-            poll(&end, 1, static_cast<int>(limit.count()));
-        } else {  // an older kernel
-            std::this_thread::sleep_for(limit);
-        }
+        const auto end = EndOf(child_);
+        pollfd polled{end.get(), POLLIN, 0};
+        poll(&polled, 1, static_cast<int>(limit.count()));
         return HasEnded(child_);
     }
 
