@@ -42,6 +42,7 @@ HomeTest::HomeTest()
 platform::HostScope HomeTest::With(platform::FileService& other) const {
     auto with = services;
     with.files = &other;
+    with.registry = registry.get();  // which the test may have opened anew
     return platform::HostScope(with);
 }
 
