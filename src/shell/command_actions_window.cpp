@@ -33,7 +33,7 @@ CommandActions::CommandActions(QWidget& owner, const std::function<void(Command)
         if (row.menu.empty()) continue;
         auto* const action = MakeAction(owner, row, run);
         actions_.emplace(row.command, action);
-        if (row.inTreeOnly) {
+        if (row.in_tree_only) {
             action->setShortcutContext(Qt::WidgetShortcut);
         } else {
             owner.addAction(action);
@@ -47,7 +47,7 @@ void CommandActions::FillMenuBar(QMenuBar& bar) const {
         if (row.menu.empty()) continue;
         const auto title = FromBytes(row.menu);
         if (menu == nullptr || menu->title() != title) menu = bar.addMenu(title);
-        if (row.separatorBefore) menu->addSeparator();
+        if (row.separator_before) menu->addSeparator();
         menu->addAction(&(*this)[row.command]);
     }
 }

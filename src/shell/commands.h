@@ -1,4 +1,5 @@
 // The commands of the editor as data: what stands in the menus, in the tray and on the tool bar.
+// What they do is registered with CommandHandlers.
 #pragma once
 
 #include <optional>
@@ -35,16 +36,16 @@ enum class Command {
 };
 
 struct CommandRow {
-    Command command;
-    std::string_view menu;  // the main menu that it stands in; empty: in none
-    std::string_view text;  // its entry there
-    std::string_view key;   // portable text of the shortcut; empty: none
-    std::string_view tray;  // its entry in the tray menu; empty: it isn't there
-    std::string_view prompt;
-    std::string_view icon = {};  // of the tool bar: a name below ":/icons/"
+    Command command{};
+    std::string_view menu{};  // the main menu that it stands in; empty: in none
+    std::string_view text{};  // its entry there
+    std::string_view key{};   // portable text of the shortcut; empty: none
+    std::string_view tray{};  // its entry in the tray menu; empty: it isn't there
+    std::string_view prompt{};
+    std::string_view icon{};  // of the tool bar: a name below ":/icons/"
     bool toggle = false;
-    bool separatorBefore = false;
-    bool inTreeOnly = false;  // the key works in the tree, and nowhere else
+    bool separator_before = false;
+    bool in_tree_only = false;  // the key works in the tree, and nowhere else
 };
 
 // In the order of the menus.

@@ -9,32 +9,6 @@
 #include "shell/tree/copy_config.h"
 
 namespace velto {
-namespace {
-
-struct ToggleRow {
-    Command command;
-    bool (CVeltoSettings::*read)() const;
-    void (CVeltoSettings::*write)(bool);
-};
-
-// "Bypass Epsxe's Gui" is written by its own rule.
-constexpr ToggleRow kToggles[] = {
-    {Command::LogWindow, &CVeltoSettings::IsLogWindowOn, &CVeltoSettings::SetLogWindow},
-    {Command::BypassGui, &CVeltoSettings::IsGuiBypassed, &CVeltoSettings::SetGuiBypassed},
-    {Command::ShowOnStart, &CVeltoSettings::IsShownOnLoad, &CVeltoSettings::SetShownOnLoad},
-    {Command::AltDetect, &CVeltoSettings::IsAltDetect, &CVeltoSettings::SetAltDetect},
-    {Command::ToolBar, &CVeltoSettings::IsToolBarOn, &CVeltoSettings::SetToolBarOn},
-    {Command::StatusBar, &CVeltoSettings::IsStatusBarOn, &CVeltoSettings::SetStatusBarOn},
-};
-
-const ToggleRow* FindToggle(Command command) {
-    for (const auto& row : kToggles) {
-        if (row.command == command) return &row;
-    }
-    return nullptr;
-}
-
-}  // namespace
 
 CMainFrame::CMainFrame(std::string configDir, CPluginCatalogue& catalogue, LaunchCycle& launch,
                        PageTable pages, TreeWindow& tree_window, FrameWindow& window)
@@ -42,85 +16,78 @@ CMainFrame::CMainFrame(std::string configDir, CPluginCatalogue& catalogue, Launc
       launch_(launch),
       window_(window),
       document_(std::move(configDir), *this),
-      tree_(document_, tree_window, pages) {}
+      tree_(document_, tree_window, pages) {
+    RegisterCommands();
+    RegisterToggles();
+}
 
-void CMainFrame::OnCreate() {
+void CMainFrame::OnCreate(ButtonBar& panel, std::function<void()> refresh_page) {
+    panel_ = &panel;
+    refresh_page_ = std::move(refresh_page);
     ShowToggles();
     tree_.OnUpdate();
 }
 
 // The emulator's own settings are what they were before the run, the log window's among them.
 void CMainFrame::OnRunEnded() {
-    window_.ShowRunning(launch_.Running());
+    panel_->ShowRunning(launch_.Running());
     ShowToggles();
 }
 
 void CMainFrame::ShowToggles() {
-    for (const auto& row : kToggles) window_.SetChecked(row.command, (settings.*row.read)());
+    for (const auto& row : CommandTable()) {
+        if (row.toggle) window_.SetChecked(row.command, commands_.IsOn(row.command));
+    }
 }
 
 WindowPlace CMainFrame::StoredPlace() const {
-    return {settings.GetWindowSize(), settings.GetWindowPos()};
+    return {settings_.GetWindowSize(), settings_.GetWindowPos()};
 }
 
 std::string CMainFrame::TrayIconFile() const {
     constexpr std::size_t kLargestIcon = 4 << 20;
-    const auto stored = settings.GetIconFile();
+    const auto stored = settings_.GetIconFile();
     if (stored.empty()) return {};
     auto file = platform::ReadWhole(platform::Files(), platform::HostPath(stored), kLargestIcon);
     return file.ok() ? std::move(file).value() : std::string();
 }
 
-void CMainFrame::Do(Command command) {
-    switch (command) {
-        case Command::NewConfiguration:
-            return OnNewConfig();
-        case Command::NewGroup:
-            return OnNewGroup();
-        case Command::CopyConfiguration:
-            return OnCopy();
-        case Command::Delete:
-            return tree_.OnDelete();
-        case Command::HideEditor:
-            return window_.HideEditor();
-        case Command::ShowEditor:
-            return window_.ShowEditor();
-        case Command::Exit:
-            return window_.CloseEditor();
-        case Command::Refresh:
-            return tree_.OnUpdate();
-        case Command::BypassGui:
-            return BypassGui();
-        case Command::StatusBar:
-        case Command::ToolBar:
-        case Command::ShowOnStart:
-        case Command::AltDetect:
-        case Command::LogWindow:
-            return Toggle(command);
-        case Command::ProgramLocations:
-        case Command::ExclusionList:
-        case Command::TrayIcon:
-        case Command::About:
-            return window_.RunDialog(command);
-        case Command::HelpTopics:
-            return window_.ShowStatus("There are no help topics yet.");
-        case Command::AutoplayDefault:
-        case Command::Import:
-        case Command::Export:
-        case Command::CdImager:
-        case Command::MagicCfg:
-            return window_.ShowStatus("This command is not available yet.");
-    }
+void CMainFrame::RegisterCommands() {
+    commands_.Register(Command::NewConfiguration, [this] { OnNewConfig(); });
+    commands_.Register(Command::NewGroup, [this] { OnNewGroup(); });
+    commands_.Register(Command::CopyConfiguration, [this] { OnCopy(); });
+    commands_.Register(Command::Delete, [this] { tree_.OnDelete(); });
+    commands_.Register(Command::Refresh, [this] { tree_.OnUpdate(); });
+    commands_.Register(Command::HelpTopics,
+                       [this] { window_.ShowStatus("There are no help topics yet."); });
 }
 
-bool CMainFrame::IsOn(Command toggle) const {
-    const auto* const row = FindToggle(toggle);
-    return row != nullptr && (settings.*row->read)();
+void CMainFrame::RegisterToggles() {
+    using Settings = CVeltoSettings;
+    const auto add = [this](Command toggle, bool (Settings::*read)() const,
+                            void (Settings::*write)(bool)) {
+        commands_.RegisterToggle(
+            toggle, [this, read] { return (settings_.*read)(); },
+            [this, write](bool on) { (settings_.*write)(on); });
+    };
+    add(Command::LogWindow, &Settings::IsLogWindowOn, &Settings::SetLogWindow);
+    add(Command::ShowOnStart, &Settings::IsShownOnLoad, &Settings::SetShownOnLoad);
+    add(Command::AltDetect, &Settings::IsAltDetect, &Settings::SetAltDetect);
+    add(Command::ToolBar, &Settings::IsToolBarOn, &Settings::SetToolBarOn);
+    add(Command::StatusBar, &Settings::IsStatusBarOn, &Settings::SetStatusBarOn);
+    commands_.RegisterToggle(
+        Command::BypassGui, [this] { return settings_.IsGuiBypassed(); },
+        [this](bool bypass) { BypassGui(bypass); });
+}
+
+void CMainFrame::Do(Command command) {
+    if (!commands_.Run(command)) return window_.ShowStatus("This command is not available yet.");
+    if (RowOf(command).toggle) window_.SetChecked(command, commands_.IsOn(command));
 }
 
 void CMainFrame::OnRun() {
     launch_.OnRun(document_, tree_.GetSelectedConfigFile(), catalogue_);
-    window_.ShowRunning(launch_.Running());
+    panel_->ShowRunning(launch_.Running());
 }
 
 void CMainFrame::OnNewConfig() {
@@ -140,19 +107,11 @@ void CMainFrame::OnCopy() {
     if (OnCopyConfig(document_, tree_)) tree_.OnUpdate();
 }
 
-void CMainFrame::Toggle(Command toggle) {
-    const auto* const row = FindToggle(toggle);
-    const bool on = !(settings.*row->read)();
-    (settings.*row->write)(on);
-    window_.SetChecked(toggle, on);
-}
-
-void CMainFrame::BypassGui() {
-    const bool bypassed = settings.IsGuiBypassed();
-    settings.SetGuiBypassed(!bypassed);
-    if (bypassed) savedLogWindow = settings.IsLogWindowOn();
-    settings.SetLogWindow(!bypassed && savedLogWindow);
-    window_.SetChecked(Command::BypassGui, !bypassed);
+// The log window's own check mark stays as it is.
+void CMainFrame::BypassGui(bool bypass) {
+    settings_.SetGuiBypassed(bypass);
+    if (!bypass) saved_log_window_ = settings_.IsLogWindowOn();
+    settings_.SetLogWindow(bypass && saved_log_window_);
 }
 
 std::string CMainFrame::SelectedGroup() const {
@@ -164,8 +123,8 @@ std::string CMainFrame::SelectedGroup() const {
 bool CMainFrame::OnClose() {
     if (!MayClose()) return false;
     const auto place = window_.Place();
-    settings.SetWindowSize(place.size.cx, place.size.cy);
-    settings.SetWindowPos(place.pos.x, place.pos.y);
+    settings_.SetWindowSize(place.size.cx, place.size.cy);
+    settings_.SetWindowPos(place.pos.x, place.pos.y);
     return true;
 }
 
@@ -176,10 +135,10 @@ bool CMainFrame::MayClose() {
                                     platform::BoxIcon::Question, platform::BoxButtons::YesNo});
         return answer == platform::BoxAnswer::Yes && document_.OnApply();
     }
-    if (!settings.ShouldConfirmExit()) return true;
+    if (!settings_.ShouldConfirmExit()) return true;
     bool dontAskAgain = false;
     if (!window_.RunExitDialog(dontAskAgain)) return false;
-    if (dontAskAgain) settings.SetConfirmOff();
+    if (dontAskAgain) settings_.SetConfirmOff();
     return true;
 }
 

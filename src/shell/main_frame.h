@@ -2,15 +2,17 @@
 // program, and configurations handed over by a second process.
 //
 // It joins document, tree, catalogue and launch, and is the editor that the document asks. It owns
-// the document and the tree; all else must outlive it. All calls come on the user interface thread.
-// What fails is reported by a message box.
+// the document, the tree and what the commands do; all else must outlive it. All calls come on the
+// user interface thread. What fails is reported by a message box.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "launch/launch_cycle.h"
 #include "plugins/plugin_catalogue.h"
-#include "shell/commands.h"
+#include "shell/command_handlers.h"
+#include "shell/panes/panes.h"
 #include "shell/tree/epsxe_tree.h"
 #include "shell/tree/new_config.h"
 #include "shell/tree/new_group.h"
@@ -31,27 +33,15 @@ class FrameWindow {
   public:
     virtual ~FrameWindow() = default;
 
-    virtual void EnableApplyAndReset(bool enabled) = 0;
-    // The pages take their contents from the record.
-    virtual void RefreshPages() = 0;
     // The check mark of a toggle in the main menu. A bar is shown or hidden with its mark.
     virtual void SetChecked(Command toggle, bool on) = 0;
     virtual void ShowStatus(const std::string& text) = 0;
-    // The configuration that runs; empty: none.
-    virtual void ShowRunning(const std::string& configuration) = 0;
-
-    virtual void ShowEditor() = 0;
-    virtual void HideEditor() = 0;
-    // Closes as the window's close box does.
-    virtual void CloseEditor() = 0;
     virtual WindowPlace Place() const = 0;
 
     // Dialogs, run to their end. True: OK.
     virtual bool RunNewConfig(CNewConfig& new_config, const std::string& selected_group) = 0;
     virtual bool RunNewGroup(CNewGroup& new_group, const std::string& selected_group) = 0;
     virtual bool RunExitDialog(bool& dontAskAgain) = 0;
-    // ProgramLocations, ExclusionList, TrayIcon or About.
-    virtual void RunDialog(Command dialog) = 0;
 };
 
 class CMainFrame : public Editor {
@@ -60,8 +50,9 @@ class CMainFrame : public Editor {
     CMainFrame(std::string configDir, CPluginCatalogue& catalogue, LaunchCycle& launch,
                PageTable pages, TreeWindow& tree_window, FrameWindow& window);
 
-    // Once, with all windows made: the check marks, and the tree as it is on disk.
-    void OnCreate();
+    // Once, with all windows made: the check marks, and the tree as it is on disk. `refresh_page`
+    // lets the page that is shown take its contents from the record.
+    void OnCreate(ButtonBar& panel, std::function<void()> refresh_page);
 
     // As the last end of the program left it; zeros for what isn't known.
     WindowPlace StoredPlace() const;
@@ -69,8 +60,9 @@ class CMainFrame : public Editor {
     // can't be read.
     std::string TrayIconFile() const;
 
+    // What isn't the frame's own is registered here by its window and the features.
+    CommandHandlers& commands() { return commands_; }
     void Do(Command command);
-    bool IsOn(Command toggle) const;
 
     // The button "Launch Epsxe".
     void OnRun();
@@ -97,19 +89,20 @@ class CMainFrame : public Editor {
     bool SelectByName(const std::string& name, NodeKind kind) override {
         return tree_.SelectByName(name, kind);
     }
-    void EnableApplyAndReset(bool enabled) override { window_.EnableApplyAndReset(enabled); }
-    void RefreshPages() override { window_.RefreshPages(); }
+    void EnableApplyAndReset(bool enabled) override { panel_->EnableApplyAndReset(enabled); }
+    void RefreshPages() override { refresh_page_(); }
     std::string PluginDisplayName(const std::string& fileName) override;
     // Nothing is adapted yet: record and file stay as they are.
     void AdaptPortable(CVeltoDoc& /*document*/, const std::string& /*name*/) override {}
 
   private:
+    void RegisterCommands();
+    void RegisterToggles();
     void OnNewConfig();
     void OnNewGroup();
     void OnCopy();
-    void Toggle(Command toggle);
     void ShowToggles();
-    void BypassGui();
+    void BypassGui(bool bypass);
     std::string SelectedGroup() const;
     bool MayClose();
     // The configuration's file is there in this spelling; else a message.
@@ -118,11 +111,14 @@ class CMainFrame : public Editor {
     CPluginCatalogue& catalogue_;
     LaunchCycle& launch_;
     FrameWindow& window_;
-    CVeltoSettings settings;
+    ButtonBar* panel_ = nullptr;  // both from OnCreate on
+    std::function<void()> refresh_page_;
+    CVeltoSettings settings_;
     CVeltoDoc document_;
     CEpsxeTree tree_;
-    // The log window's state from before the bypass was last switched off.
-    bool savedLogWindow = false;
+    CommandHandlers commands_;
+    // From before the bypass was last switched off.
+    bool saved_log_window_ = false;
 };
 
 }  // namespace velto

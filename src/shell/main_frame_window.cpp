@@ -74,7 +74,8 @@ CMainFrameWindow::CMainFrameWindow(std::string configDir, CPluginCatalogue& cata
         {&actions_[Command::NewConfiguration], &actions_[Command::NewGroup],
          &actions_[Command::CopyConfiguration], &actions_[Command::Delete]});
     MakeTray(std::move(has_tray));
-    frame_->OnCreate();
+    RegisterCommands();
+    frame_->OnCreate(panes_->panel(), [this] { panes_->RefreshPage(); });
 }
 
 // The panes show what the frame owns, and go first.
@@ -88,6 +89,17 @@ void CMainFrameWindow::MakeBars() {
     tool_bar_ = addToolBar("Tool Bar");
     actions_.FillToolBar(*tool_bar_);
     statusBar();
+}
+
+void CMainFrameWindow::RegisterCommands() {
+    auto& commands = frame_->commands();
+    commands.Register(Command::ShowEditor, [this] { ShowEditor(); });
+    commands.Register(Command::HideEditor, [this] { HideEditor(); });
+    commands.Register(Command::Exit, [this] { later_.Call([this] { close(); }); });
+    commands.Register(Command::ProgramLocations, [this] { RunPathsDialog(); });
+    commands.Register(Command::ExclusionList, [this] { CExclusionDlg(DialogParent()).exec(); });
+    commands.Register(Command::TrayIcon, [this] { CTrayIconDlg(DialogParent()).exec(); });
+    commands.Register(Command::About, [this] { CAboutDlg(DialogParent()).exec(); });
 }
 
 PageServices CMainFrameWindow::Services() {
@@ -110,7 +122,7 @@ PanelCommands CMainFrameWindow::Buttons() {
 void CMainFrameWindow::MakeTray(std::function<bool()> has_tray) {
     CommandActions::FillTrayMenu(
         tray_menu_, [this](Command command) { Run(command); },
-        [this](Command toggle) { return frame_->IsOn(toggle); });
+        [this](Command toggle) { return frame_->commands().IsOn(toggle); });
     tray_ = std::make_unique<TrayWindow>(TrayIcon(frame_->TrayIconFile()), tray_menu_,
                                          TrayWindow::Actions{[this] { Run(Command::ShowEditor); },
                                                              [this] {
@@ -126,7 +138,7 @@ void CMainFrameWindow::Start(std::function<void()> closed) {
         [this] { QCoreApplication::postEvent(this, MakeOwned<QEvent>(kHandedOver)); });
     RestorePlace();
     tree_view_->setFocus();
-    if (frame_->IsOn(Command::ShowOnStart)) {
+    if (frame_->commands().IsOn(Command::ShowOnStart)) {
         show();
     } else if (!tray_->present()) {
         HideEditor();
@@ -174,14 +186,6 @@ void CMainFrameWindow::RestorePlace() {
     }
 }
 
-void CMainFrameWindow::EnableApplyAndReset(bool enabled) {
-    panes_->panel().EnableApplyAndReset(enabled);
-}
-
-void CMainFrameWindow::RefreshPages() {
-    panes_->RefreshPage();
-}
-
 void CMainFrameWindow::SetChecked(Command toggle, bool on) {
     actions_[toggle].setChecked(on);
     if (toggle == Command::ToolBar) tool_bar_->setVisible(on);
@@ -190,10 +194,6 @@ void CMainFrameWindow::SetChecked(Command toggle, bool on) {
 
 void CMainFrameWindow::ShowStatus(const std::string& text) {
     statusBar()->showMessage(FromBytes(text), kStatusMs);
-}
-
-void CMainFrameWindow::ShowRunning(const std::string& configuration) {
-    panes_->panel().ShowRunning(configuration);
 }
 
 void CMainFrameWindow::ShowEditor() {
@@ -217,10 +217,6 @@ void CMainFrameWindow::HideEditor() {
     }
     showMinimized();
     frame_->OnHidden();
-}
-
-void CMainFrameWindow::CloseEditor() {
-    later_.Call([this] { close(); });
 }
 
 WindowPlace CMainFrameWindow::Place() const {
@@ -247,17 +243,9 @@ bool CMainFrameWindow::RunExitDialog(bool& dontAskAgain) {
     return ok;
 }
 
-void CMainFrameWindow::RunDialog(Command dialog) {
-    if (dialog == Command::ProgramLocations) {
-        CPathsDlg(DialogParent()).exec();
-        panes_->RefreshPage();
-    } else if (dialog == Command::ExclusionList) {
-        CExclusionDlg(DialogParent()).exec();
-    } else if (dialog == Command::TrayIcon) {
-        CTrayIconDlg(DialogParent()).exec();
-    } else {
-        CAboutDlg(DialogParent()).exec();
-    }
+void CMainFrameWindow::RunPathsDialog() {
+    CPathsDlg(DialogParent()).exec();
+    panes_->RefreshPage();
 }
 
 QWidget* CMainFrameWindow::DialogParent() {

@@ -35,24 +35,19 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
     // processes from now on. `closed` is called when the user has closed it for good.
     void Start(std::function<void()> closed);
 
+    void ShowEditor();
+
     CEpsxeTree& tree() { return frame_->tree(); }
     // A run has ended. From any thread.
     void PostRunEnded();
 
     // FrameWindow
-    void EnableApplyAndReset(bool enabled) override;
-    void RefreshPages() override;
     void SetChecked(Command toggle, bool on) override;
     void ShowStatus(const std::string& text) override;
-    void ShowRunning(const std::string& configuration) override;
-    void ShowEditor() override;
-    void HideEditor() override;
-    void CloseEditor() override;
     WindowPlace Place() const override;
     bool RunNewConfig(CNewConfig& new_config, const std::string& selected_group) override;
     bool RunNewGroup(CNewGroup& new_group, const std::string& selected_group) override;
     bool RunExitDialog(bool& dontAskAgain) override;
-    void RunDialog(Command dialog) override;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -62,10 +57,13 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
 
   private:
     void MakeBars();
+    void RegisterCommands();
     PageServices Services();
     PanelCommands Buttons();
     void MakeTray(std::function<bool()> has_tray);
     void Run(Command command);
+    void HideEditor();
+    void RunPathsDialog();
     void RestorePlace();
     // False if none is open.
     static bool RaiseDialog();

@@ -19,18 +19,14 @@ using platform::BoxAnswer;
 using testing::ElementsAre;
 
 // Dialogs that answer as a test says, and marks that it can read.
-class FakeFrameWindow : public FrameWindow {
+class FakeFrameWindow : public FrameWindow, public ButtonBar {
   public:
     void EnableApplyAndReset(bool on) override { enabled = on; }
-    void RefreshPages() override {}
     void SetChecked(Command toggle, bool on) override { checked[toggle] = on; }
     void ShowStatus(const std::string&) override {}
     void ShowRunning(const std::string& configuration) override {
         if (!configuration.empty()) started.push_back(configuration);
     }
-    void ShowEditor() override {}
-    void HideEditor() override {}
-    void CloseEditor() override {}
     WindowPlace Place() const override { return {{640, 480}, {-20, 30}}; }
     bool RunNewConfig(CNewConfig& new_config, const std::string& selected_group) override {
         return new_config.OnOk("New", selected_group);
@@ -43,7 +39,6 @@ class FakeFrameWindow : public FrameWindow {
         dontAskAgain = tick;
         return exit_ok;
     }
-    void RunDialog(Command) override {}
 
     bool enabled = false;
     std::map<Command, bool> checked;
@@ -59,7 +54,7 @@ class MainFrameTest : public HomeTest {
         settings.SetEmulatorPath(BinaryFolder() + "/demo-emulator");
         WriteFile(InConfig("Game.dta"), ConfigText(kFileVersion, {"commandLine = -stay 500"}));
         WriteFile(InConfig("Other.dta"), ConfigText(kFileVersion, {"commandLine = -stay 500"}));
-        frame.OnCreate();
+        frame.OnCreate(window, [] {});
     }
 
     void Edit(const std::string& name) {
@@ -129,16 +124,16 @@ TEST_F(MainFrameTest, TogglesWriteAtOnceAndTheBypassCarriesTheLogWindowAlong) {
     for (const auto toggle : {Command::ShowOnStart, Command::AltDetect, Command::LogWindow,
                               Command::StatusBar, Command::ToolBar}) {
         const bool before = window.checked.at(toggle);
-        EXPECT_EQ(before, frame.IsOn(toggle));
+        EXPECT_EQ(before, frame.commands().IsOn(toggle));
         frame.Do(toggle);
-        EXPECT_EQ(frame.IsOn(toggle), !before);
+        EXPECT_EQ(frame.commands().IsOn(toggle), !before);
         EXPECT_EQ(window.checked.at(toggle), !before);
     }
     settings.SetGuiBypassed(true);
     settings.SetLogWindow(true);
     const bool mark = window.checked.at(Command::LogWindow);
     frame.Do(Command::BypassGui);
-    EXPECT_FALSE(frame.IsOn(Command::BypassGui));
+    EXPECT_FALSE(frame.commands().IsOn(Command::BypassGui));
     EXPECT_FALSE(settings.IsLogWindowOn());
     frame.Do(Command::BypassGui);
     EXPECT_TRUE(window.checked.at(Command::BypassGui));

@@ -26,7 +26,7 @@ class EditorPanes : public CMultiViewSplitterWindow {
     // The record has changed behind the page that is shown.
     void RefreshPage();
 
-    CPanelView& panel() { return *panel_; }
+    ButtonBar& panel() { return *panel_; }
 
   private:
     void AddPages(PageTable pages, const PageServices& services);

@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 
+#include "shell/panes/panes.h"
+
 class QLabel;
 class QPushButton;
 
@@ -19,13 +21,12 @@ struct PanelCommands {
     std::function<void()> reset;
 };
 
-class CPanelView : public QWidget {
+class CPanelView : public QWidget, public ButtonBar {
   public:
     explicit CPanelView(const PanelCommands& commands, QWidget* parent = nullptr);
 
-    void EnableApplyAndReset(bool enabled);
-    // A line that says what is running; an empty name removes it.
-    void ShowRunning(const std::string& configuration);
+    void EnableApplyAndReset(bool enabled) override;
+    void ShowRunning(const std::string& configuration) override;
 
   private:
     QPushButton* apply_;

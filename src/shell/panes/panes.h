@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "shell/commands.h"
@@ -47,5 +48,15 @@ inline const PageRow& RowFor(PageTable pages, PageOf of) {
     return *std::find_if(pages.begin(), pages.end(),
                          [of](const PageRow& row) { return row.of == of; });
 }
+
+// The button bar.
+class ButtonBar {
+  public:
+    virtual ~ButtonBar() = default;
+    // "Apply Settings" and "Reset Settings".
+    virtual void EnableApplyAndReset(bool enabled) = 0;
+    // A line that says which configuration runs; an empty name removes it.
+    virtual void ShowRunning(const std::string& configuration) = 0;
+};
 
 }  // namespace velto
