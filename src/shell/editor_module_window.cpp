@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "shell/app_startup_window.h"
 #include "shell/main_frame_window.h"
-#include "shell/startup_window.h"
 #include "shell/windows.h"
 #include "widgets/box_presenter.h"
 

@@ -9,10 +9,10 @@
 
 #include "plugins/exclusion_dialog.h"
 #include "shell/about_dialog.h"
+#include "shell/app_startup_window.h"
 #include "shell/exit_dialog.h"
 #include "shell/main_frame_window.h"
 #include "shell/paths_dialog.h"
-#include "shell/startup_window.h"
 #include "shell/tray_icon_dialog.h"
 #include "shell/tree/new_config_dialog.h"
 #include "shell/tree/new_group_dialog.h"

@@ -1,4 +1,4 @@
-#include "shell/startup_window.h"
+#include "shell/app_startup_window.h"
 
 #include <QCoreApplication>
 #include <QIcon>
