@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "store/velto_settings.h"
-#include "widgets/bytes_list.h"
+#include "widgets/bytes_fields.h"
 #include "widgets/form.h"
 
 namespace velto {

@@ -12,11 +12,9 @@
 
 #include "platform/message_box.h"
 #include "plugins/exclusion_dialog.h"
-#include "shell/about_dialog.h"
-#include "shell/exit_dialog.h"
+#include "shell/frame_dialog.h"
 #include "shell/panes/page_table_window.h"
 #include "shell/paths_dialog.h"
-#include "shell/tray_icon_dialog.h"
 #include "shell/tree/new_config_dialog.h"
 #include "shell/tree/new_group_dialog.h"
 #include "widgets/owned.h"
@@ -28,8 +26,6 @@ namespace {
 constexpr const char* kTitle = "Velto V1.67.160. Beta 4";
 constexpr int kStatusMs = 8000;
 constexpr int kHandOverAgainMs = 100;
-constexpr auto kHandedOver = QEvent::User;
-constexpr auto kRunEnded = static_cast<QEvent::Type>(QEvent::User + 1);
 
 std::size_t CountConfigurations(const TreeNode& node) {
     std::size_t count = node.kind == NodeKind::Configuration ? 1 : 0;
@@ -134,8 +130,7 @@ void CMainFrameWindow::MakeTray(std::function<bool()> has_tray) {
 void CMainFrameWindow::Start(std::function<void()> closed) {
     on_closed_ = std::move(closed);
     // Called on a thread of its own.
-    hand_over_ = std::make_unique<HandOver>(
-        [this] { QCoreApplication::postEvent(this, MakeOwned<QEvent>(kHandedOver)); });
+    hand_over_ = std::make_unique<HandOver>([this] { PostTo(*this, [this] { ServeHandOver(); }); });
     RestorePlace();
     tree_view_->setFocus();
     if (frame_->commands().IsOn(Command::ShowOnStart)) {
@@ -274,16 +269,8 @@ void CMainFrameWindow::changeEvent(QEvent* event) {
     });
 }
 
-void CMainFrameWindow::customEvent(QEvent* event) {
-    if (event->type() == kRunEnded) {
-        frame_->OnRunEnded();
-    } else {
-        ServeHandOver();
-    }
-}
-
 void CMainFrameWindow::PostRunEnded() {
-    QCoreApplication::postEvent(this, MakeOwned<QEvent>(kRunEnded));
+    PostTo(*this, [this] { frame_->OnRunEnded(); });
 }
 
 void CMainFrameWindow::ServeHandOver() {

@@ -52,8 +52,6 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
   protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
-    // A name has been handed over, or a run has ended.
-    void customEvent(QEvent* event) override;
 
   private:
     void MakeBars();

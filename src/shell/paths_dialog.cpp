@@ -1,25 +1,30 @@
 #include "shell/paths_dialog.h"
 
+#include "platform/message_box.h"
 #include "widgets/file_dialog.h"
 
 namespace velto {
 namespace {
 
-constexpr const char* kFilters = "Executables (*.exe)|*.exe|All files (*.*)|*.*||";
+constexpr const char* kPrograms = "Executables (*.exe)|*.exe|All files (*.*)|*.*||";
+constexpr const char* kIcons = "Icon Files (*.ico)|*.ico|All files (*.*)|*.*||";
 
 struct Location {
     const char* label;
     const char* browse;
     const char* title;  // of the file dialog
+    const char* filters;
     std::string (CVeltoSettings::*stored)() const;
 };
 
-constexpr Location kEmulator = {"&EPSXE Location:", "B&rowse...", "EPSXE Location",
+constexpr Location kEmulator = {"&EPSXE Location:", "B&rowse...", "EPSXE Location", kPrograms,
                                 &CVeltoSettings::GetEmulatorPath};
 constexpr Location kCutor = {"EPSXE&CUTOR Location: (Optional)", "Br&owse...",
-                             "EPSXECUTOR Location", &CVeltoSettings::GetCutorPath};
+                             "EPSXECUTOR Location", kPrograms, &CVeltoSettings::GetCutorPath};
 constexpr Location kBatard = {"&BATARD Location: (Optional)", "Bro&wse...", "BATARD Location",
-                              &CVeltoSettings::GetBatardPath};
+                              kPrograms, &CVeltoSettings::GetBatardPath};
+constexpr Location kTrayIcon = {"&Icon Location", "&Browse...", "Icon Location", kIcons,
+                                &CVeltoSettings::GetIconFile};
 
 BytesEdit* AddLocation(QFormLayout& form, const CVeltoSettings& settings,
                        const Location& location) {
@@ -28,7 +33,8 @@ BytesEdit* AddLocation(QFormLayout& form, const CVeltoSettings& settings,
     // A cancelled file dialog leaves the stored path, whatever was typed.
     QObject::connect(row.browse, &QPushButton::clicked, row.field, [row, &settings, &location] {
         const auto stored = (settings.*location.stored)();
-        row.field->SetBytes(OpenFile(row.field, location.title, kFilters, stored).value_or(stored));
+        row.field->SetBytes(
+            OpenFile(row.field, location.title, location.filters, stored).value_or(stored));
     });
     return row.field;
 }
@@ -47,6 +53,19 @@ void CPathsDlg::accept() {
     settings_.SetCutorPath(cutor_->bytes());
     settings_.SetEmulatorPath(emulator_->bytes());
     settings_.SetBatardPath(batard_->bytes());
+    FormDialog::accept();
+}
+
+CTrayIconDlg::CTrayIconDlg(QWidget* parent)
+    : FormDialog("Select Tray Icon", parent),
+      file_(AddLocation(*AddGroup(contents(), "Select Icon"), settings_, kTrayIcon)) {
+    AddOkButton();
+}
+
+void CTrayIconDlg::accept() {
+    settings_.SetIconFile(file_->bytes());
+    platform::Report("You may need restart in order for this change to take effect",
+                     "Icon Selection Updated", platform::BoxIcon::None);
     FormDialog::accept();
 }
 

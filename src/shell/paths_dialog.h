@@ -1,6 +1,7 @@
-// The dialog "Set Emulation Paths": where the emulator and two other front ends' tools are.
+// The dialogs for stored paths: "Set Emulation Paths", where the emulator and two other front ends'
+// tools are, and "Select Tray Icon", the file of the icon that the next start shows in the tray.
 //
-// OK writes all three settings as they stand in the fields, untested; Cancel writes nothing.
+// OK writes the fields as they stand, untested; Cancel writes nothing.
 #pragma once
 
 #include "store/velto_settings.h"
@@ -19,6 +20,17 @@ class CPathsDlg : public FormDialog {
     BytesEdit* emulator_;
     BytesEdit* cutor_;
     BytesEdit* batard_;
+};
+
+class CTrayIconDlg : public FormDialog {
+  public:
+    explicit CTrayIconDlg(QWidget* parent = nullptr);
+
+    void accept() override;
+
+  private:
+    CVeltoSettings settings_;
+    BytesEdit* file_;
 };
 
 }  // namespace velto

@@ -1,16 +1,15 @@
 #include "widgets/box_presenter.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QThread>
 #include <condition_variable>
-#include <functional>
 #include <mutex>
 #include <optional>
 
+#include "widgets/deferred.h"
 #include "widgets/owned.h"
 #include "widgets/text.h"
 
@@ -92,27 +91,13 @@ struct Request {
     std::optional<BoxAnswer> answer{};
 };
 
-// Work for the user interface thread.
-struct Posted : QEvent {
-    explicit Posted(std::function<void()> to_do) : QEvent(QEvent::User), work(std::move(to_do)) {}
-    std::function<void()> work;
-};
-
-// Lives on that thread. What has been posted and not begun is dropped with it.
-class Receiver : public QObject {
-  protected:
-    void customEvent(QEvent* event) override {
-        if (const auto* const posted = dynamic_cast<Posted*>(event)) posted->work();
-    }
-};
-
 }  // namespace
 
 struct BoxPresenter::Waiting {
     std::mutex mutex;  // guards all requests too
     std::condition_variable changed;
     bool closed = false;
-    Receiver receiver;
+    QObject here;  // what has been posted and not begun is dropped with it
 };
 
 BoxPresenter::BoxPresenter()
@@ -132,17 +117,16 @@ BoxAnswer BoxPresenter::Show(const platform::MessageBox& box) {
         return ShowHere(box);
     }
     if (application != nullptr) {
-        const auto present = [request, waiting = waiting_.get()] {
-            std::unique_lock here(waiting->mutex);
+        PostTo(waiting_->here, [request, waiting = waiting_.get()] {
+            std::unique_lock guard(waiting->mutex);
             if (waiting->closed) return;
             request->on_screen = true;
-            here.unlock();
+            guard.unlock();
             const auto answer = ShowHere(request->box);
-            here.lock();
+            guard.lock();
             request->answer = answer;
             waiting->changed.notify_all();
-        };
-        QCoreApplication::postEvent(&waiting_->receiver, MakeOwned<Posted>(present));
+        });
         waiting_->changed.wait(
             lock, [&] { return request->answer || (waiting_->closed && !request->on_screen); });
     }

@@ -1,7 +1,7 @@
-// Calls that wait until the present event has been handled. They come in their order, each from
-// the event loop, and not any more when this has gone.
+// Calls that come later, from the event loop of the user interface thread.
 #pragma once
 
+#include <QMetaObject>
 #include <QTimer>
 #include <deque>
 #include <functional>
@@ -9,6 +9,14 @@
 
 namespace velto {
 
+// From any thread: `work` is done on the thread of `receiver`, and not any more when this has gone.
+template <class Work>
+void PostTo(QObject& receiver, Work work) {
+    QMetaObject::invokeMethod(&receiver, std::move(work), Qt::QueuedConnection);
+}
+
+// From that thread: calls that wait until the present event has been handled, with all that Qt has
+// posted to finish it. They come in their order, and not any more when this has gone.
 class Deferred {
   public:
     Deferred() {

@@ -10,7 +10,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "widgets/bytes_edit.h"
+#include "widgets/bytes_fields.h"
 
 namespace velto {
 

@@ -8,12 +8,10 @@
 #include <gtest/gtest.h>
 
 #include "plugins/exclusion_dialog.h"
-#include "shell/about_dialog.h"
 #include "shell/app_startup_window.h"
-#include "shell/exit_dialog.h"
+#include "shell/frame_dialog.h"
 #include "shell/main_frame_window.h"
 #include "shell/paths_dialog.h"
-#include "shell/tray_icon_dialog.h"
 #include "shell/tree/new_config_dialog.h"
 #include "shell/tree/new_group_dialog.h"
 #include "support/config_text.h"

@@ -17,7 +17,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/instance.h"
-#include "shell/exit_dialog.h"
+#include "shell/frame_dialog.h"
 #include "shell/tree/new_config_dialog.h"
 #include "support/config_text.h"
 #include "support/home_test.h"

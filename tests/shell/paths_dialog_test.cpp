@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "shell/tray_icon_dialog.h"
 #include "support/home_test.h"
 #include "support/windows.h"
 

@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/windows.h"
-#include "widgets/bytes_combo.h"
-#include "widgets/bytes_edit.h"
+#include "widgets/bytes_fields.h"
 
 namespace velto::test {
 namespace {

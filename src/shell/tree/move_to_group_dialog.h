@@ -5,7 +5,7 @@
 #include <string>
 
 #include "shell/tree/epsxe_tree.h"
-#include "widgets/bytes_combo.h"
+#include "widgets/bytes_fields.h"
 #include "widgets/form.h"
 
 namespace velto {

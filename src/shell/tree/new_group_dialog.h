@@ -4,7 +4,7 @@
 #include <string>
 
 #include "shell/tree/new_group.h"
-#include "widgets/bytes_combo.h"
+#include "widgets/bytes_fields.h"
 #include "widgets/form.h"
 
 namespace velto {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "shell/exit_dialog.h"
+#include "shell/frame_dialog.h"
 #include "shell/tree/new_group_dialog.h"
 #include "support/home_test.h"
 #include "support/windows.h"

@@ -1,4 +1,4 @@
-// The question before the program ends.
+// The main frame's small dialogs: the question before the program ends, and the about box.
 #pragma once
 
 #include "widgets/form.h"
@@ -18,6 +18,11 @@ class CExitDialog : public FormDialog {
 
   private:
     QCheckBox* dont_ask_;
+};
+
+class CAboutDlg : public FormDialog {
+  public:
+    explicit CAboutDlg(QWidget* parent = nullptr);
 };
 
 }  // namespace velto

@@ -1,5 +1,6 @@
-#include "shell/about_dialog.h"
+#include "shell/frame_dialog.h"
 
+#include <QCheckBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QIcon>
@@ -23,6 +24,20 @@ const QStringList kThanks = {
 };
 
 }  // namespace
+
+CExitDialog::CExitDialog(QWidget* parent)
+    : FormDialog("Exit Velto?", parent),
+      dont_ask_(MakeOwned<QCheckBox>("&Do not ask this question in the future.")) {
+    contents().addWidget(MakeLabel(
+        "Closing Velto will prevent it from autoplaying psx cds.  Do you wish to continue?", true));
+    contents().addWidget(dont_ask_);
+    AddOkButton();
+}
+
+void CExitDialog::accept() {
+    dontAskAgain = dont_ask_->isChecked();
+    FormDialog::accept();
+}
 
 CAboutDlg::CAboutDlg(QWidget* parent) : FormDialog("About Velto", parent) {
     auto* const line = MakeOwned<QHBoxLayout>();
