@@ -2,7 +2,6 @@
 
 #include <tuple>
 
-#include "platform/file_search.h"
 #include "platform/files.h"
 #include "platform/line_ends.h"
 #include "platform/message_box.h"
@@ -14,10 +13,10 @@ namespace velto {
 
 bool CNewConfig::OnOk(const std::string& new_name, const std::string& chosen_group) {
     if (!CheckName(new_name)) return false;
-    const auto file = new_name + std::string(kConfigEnding);
-    const auto written = WriteConfig(file, NewConfigFile(chosen_group).text());
+    const auto written = WriteConfig(new_name, NewConfigFile(chosen_group).text());
     if (!written.ok()) {
-        platform::Report("Unable to create " + file + ": " + written.error().text);
+        platform::Report("Unable to create " + ConfigFolder::FileOf(new_name) + ": " +
+                         written.error().text);
         return false;
     }
     name = new_name;
@@ -28,25 +27,23 @@ bool CNewConfig::OnOk(const std::string& new_name, const std::string& chosen_gro
 bool CNewConfig::CheckName(const std::string& new_name) const {
     if (!CheckNameGiven(new_name, platform::BoxIcon::Error)) return false;
     if (!CheckCharacters(new_name)) return false;
-    const auto file = new_name + std::string(kConfigEnding);
-    if (platform::FindFile(configDir, file)) {
+    if (configDir.Find(new_name)) {
         platform::Report("Filename already exists.");
         return false;
     }
     return CheckNotReserved(new_name);
 }
 
-platform::Status CNewConfig::WriteConfig(const std::string& file, const std::string& text) const {
-    if (!platform::IsFileName(file)) {
-        return platform::Error{platform::ErrorKind::Malformed, file, "no name of a file"};
-    }
-    const auto path = platform::JoinPath(configDir, file);
-    auto replacement = platform::FileReplacement::Begin(platform::Files(), path);
+platform::Status CNewConfig::WriteConfig(const std::string& new_name,
+                                         const std::string& text) const {
+    const auto path = configDir.Target(new_name);
+    if (!path.ok()) return path.error();
+    auto replacement = platform::FileReplacement::Begin(platform::Files(), path.value());
     if (!replacement.ok()) return replacement.error();
     auto written = replacement.value()->Write(platform::ToDiskText(text));
     if (written.ok()) written = replacement.value()->Commit();
     if (!written.ok() && replacement.value()->renamed()) {
-        std::ignore = platform::Files().Remove(path);
+        std::ignore = platform::Files().Remove(path.value());
     }
     return written;
 }

@@ -10,12 +10,13 @@
 
 #include "platform/result.h"
 #include "shell/tree/new_group.h"
+#include "store/config_folder.h"
 
 namespace velto {
 
 class CNewConfig {
   public:
-    // The configuration folder, a host path without a separator at its end.
+    // A host path without a separator at its end.
     explicit CNewConfig(std::string folder) : configDir(std::move(folder)) {}
 
     std::vector<std::string> Groups() const { return GroupChoices(settings_); }
@@ -24,13 +25,13 @@ class CNewConfig {
     // can't be had or the file can't be written: then there is no file.
     bool OnOk(const std::string& new_name, const std::string& chosen_group);
 
-    const std::string configDir;
+    const ConfigFolder configDir;
     std::string name;
     std::string group;
 
   private:
     bool CheckName(const std::string& new_name) const;
-    platform::Status WriteConfig(const std::string& file, const std::string& text) const;
+    platform::Status WriteConfig(const std::string& new_name, const std::string& text) const;
 
     CVeltoSettings settings_;
 };
