@@ -15,6 +15,7 @@
 #include "platform/files.h"
 #include "platform/host.h"
 #include "platform/registry.h"
+#include "platform/waiting.h"
 #include "shell/tree/group_rewrite.h"
 #include "store/velto_settings.h"
 
@@ -158,18 +159,18 @@ void ReadingTheFilesOnce(benchmark::State& state) {
 void RenameOfAGroup(benchmark::State& state) {
     const EditorHome home(kConfigurations, 1);
     const auto files = platform::MakeFileService();
-    const platform::HostScope scope({nullptr, files.get()});
-    std::string from = "Group 0";
+    const auto waiting = platform::MakeSilentWaiting();
+    const platform::HostScope scope({.files = files.get(), .waiting = waiting.get()});
+    const velto::ConfigFolder folder(home.Config());
+    auto group = velto::MakeNode(velto::NodeKind::Group, "Group 0");
     std::string to = "Group 1";
     for (auto _ : state) {
         sync();
         const auto start = Clock::now();
-        const auto end = velto::RewriteGroup(home.Config(), from, to,
-                                             {[](std::size_t, std::size_t) { return true; },
-                                              [](const std::string&) { return true; }});
+        const auto end = velto::RewriteGroup(folder, *group, to);
         state.SetIterationTime(Since(start));
         Check(end.end == velto::GroupRewrite::End::Done, end.reason);
-        std::swap(from, to);
+        std::swap(group->text, to);
     }
 }
 

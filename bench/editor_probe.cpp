@@ -19,7 +19,7 @@ namespace {
 // From one configuration to the next, through all groups.
 void Select(velto::CEpsxeTree& tree, int selections) {
     for (int i = 0; i < selections; ++i) {
-        const auto& groups = tree.root().children;
+        const auto& groups = tree.nodes().root().children;
         const auto& inside = groups.at(static_cast<std::size_t>(i) % groups.size())->children;
         tree.Select({inside.at(static_cast<std::size_t>(i) % inside.size()).get()});
         QCoreApplication::processEvents();

@@ -116,8 +116,7 @@ void CMainFrame::BypassGui(bool bypass) {
 
 std::string CMainFrame::SelectedGroup() const {
     const auto item = tree_.GetSelectedItem();
-    return CEpsxeTree::NodeKind(item) == NodeKind::Group ? CEpsxeTree::TextOf(item)
-                                                         : std::string(kRootGroup);
+    return item.kind() == NodeKind::Group ? item.text() : std::string(kRootGroup);
 }
 
 bool CMainFrame::OnClose() {
@@ -145,7 +144,7 @@ bool CMainFrame::MayClose() {
 void CMainFrame::OnHandOver(const std::string& name) {
     if (!CheckHandedOver(name)) return;
     // The file may be younger than the tree.
-    if (tree_.Find(name, NodeKind::Configuration) == nullptr) tree_.OnUpdate();
+    if (tree_.nodes().Find(name, NodeKind::Configuration) == nullptr) tree_.OnUpdate();
     tree_.SelectByName(name, NodeKind::Configuration);
     const bool selected = SelectedKind() != NodeKind::Group && GetSelectedConfigName() == name;
     if (selected && document_.IsInHand(name)) OnRun();

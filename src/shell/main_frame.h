@@ -84,8 +84,8 @@ class CMainFrame : public Editor {
     // Editor
     std::string GetSelectedConfigName() override { return tree_.GetSelectedConfigName(); }
     std::string GetSelectedConfigFile() override { return tree_.GetSelectedConfigFile(); }
-    NodeKind SelectedKind() override { return CEpsxeTree::NodeKind(tree_.GetSelectedItem()); }
-    NodeKind PreviousKind() override { return CEpsxeTree::NodeKind(tree_.GetPreviousItem()); }
+    NodeKind SelectedKind() override { return tree_.GetSelectedItem().kind(); }
+    NodeKind PreviousKind() override { return tree_.GetPreviousItem().kind(); }
     bool SelectByName(const std::string& name, NodeKind kind) override {
         return tree_.SelectByName(name, kind);
     }

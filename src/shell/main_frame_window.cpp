@@ -27,12 +27,6 @@ constexpr const char* kTitle = "Velto V1.67.160. Beta 4";
 constexpr int kStatusMs = 8000;
 constexpr int kHandOverAgainMs = 100;
 
-std::size_t CountConfigurations(const TreeNode& node) {
-    std::size_t count = node.kind == NodeKind::Configuration ? 1 : 0;
-    for (const auto& child : node.children) count += CountConfigurations(*child);
-    return count;
-}
-
 // All the sizes that the file holds; the program's own icon if it holds none.
 QIcon TrayIcon(const std::string& file) {
     QByteArray bytes(file.data(), static_cast<qsizetype>(file.size()));

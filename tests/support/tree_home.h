@@ -21,8 +21,8 @@ namespace velto::test {
 class TreeEditor : public FakeEditor {
   public:
     std::string GetSelectedConfigName() override { return tree->GetSelectedConfigName(); }
-    NodeKind SelectedKind() override { return CEpsxeTree::NodeKind(tree->GetSelectedItem()); }
-    NodeKind PreviousKind() override { return CEpsxeTree::NodeKind(tree->GetPreviousItem()); }
+    NodeKind SelectedKind() override { return tree->GetSelectedItem().kind(); }
+    NodeKind PreviousKind() override { return tree->GetPreviousItem().kind(); }
     CEpsxeTree* tree = nullptr;
 };
 
@@ -30,12 +30,8 @@ class RecordingTreeWindow : public NoTreeWindow {
   public:
     void Selected(const TreeItem& item) override { selected = item; }
     void PostPage(int number) override { page = number; }
-    bool Progress(const std::string&, std::size_t done, std::size_t) override {
-        return done != stop_at;
-    }
     TreeItem selected;
     int page = -1;
-    std::size_t stop_at = std::string::npos;
 };
 
 // Groups are written with their children between brackets.
@@ -77,8 +73,8 @@ class TreeHome : public HomeTest {
     // A configuration or group, or "configuration/page".
     TreeItem Item(const std::string& text) {
         const auto slash = text.find('/');
-        auto* node = tree.Find(text.substr(0, slash), NodeKind::Configuration);
-        if (node == nullptr) node = tree.Find(text, NodeKind::Group);
+        const auto* node = tree.nodes().Find(text.substr(0, slash), NodeKind::Configuration);
+        if (node == nullptr) node = tree.nodes().Find(text, NodeKind::Group);
         if (slash == std::string::npos) return {node};
         const auto page = std::find_if(std::begin(kPages), std::end(kPages), [&](const auto& row) {
             return row.text == text.substr(slash + 1);
@@ -88,16 +84,15 @@ class TreeHome : public HomeTest {
     std::string Selected() {
         const auto item = tree.GetSelectedItem();
         EXPECT_TRUE(item == window.selected);
-        return item.page == nullptr ? item.node->text
-                                    : item.node->text + "/" + CEpsxeTree::TextOf(item);
+        return item.page == nullptr ? item.node->text : item.node->text + "/" + item.text();
     }
-    std::string Shape() { return ShapeOf(tree.root()); }
+    std::string Shape() { return ShapeOf(tree.nodes().root()); }
     // As files and settings have it.
     std::string Reread() {
         NoTreeWindow nobody;
         CEpsxeTree fresh(document, nobody, kPages);
         fresh.OnUpdate();
-        return ShapeOf(fresh.root());
+        return ShapeOf(fresh.nodes().root());
     }
     std::string TakeBox() {
         if (boxes.shown.empty()) return {};

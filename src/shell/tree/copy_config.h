@@ -10,6 +10,6 @@ namespace velto {
 // there. True if there is a new copy: the caller then refreshes the tree. False, after a message,
 // if no configuration is selected, its name is too long, or a file can't be read or written; an
 // old copy then is as it was.
-bool OnCopyConfig(CVeltoDoc& document, CEpsxeTree& tree);
+bool OnCopyConfig(const CVeltoDoc& document, const CEpsxeTree& tree);
 
 }  // namespace velto

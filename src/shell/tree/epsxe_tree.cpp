@@ -1,63 +1,123 @@
 #include "shell/tree/epsxe_tree.h"
 
-#include <algorithm>
 #include <utility>
 
-#include "platform/ascii.h"
-#include "platform/file_search.h"
+#include "platform/files.h"
+#include "platform/message_box.h"
+#include "shell/tree/deletion.h"
 #include "shell/tree/group_lists.h"
+#include "shell/tree/group_rewrite.h"
+#include "shell/tree/name_rules.h"
+#include "shell/tree/tree_builder.h"
 
 namespace velto {
 namespace {
 
-TreeNode* LastMatch(TreeNode& node, const std::string& name, NodeKind kind) {
-    for (std::size_t row = node.children.size(); row-- > 0;) {
-        if (auto* match = LastMatch(*node.children[row], name, kind)) return match;
-    }
-    return node.kind == kind && node.text == name ? &node : nullptr;
+using platform::BoxIcon;
+
+void ReportRenameRefusal(const std::string& file, const std::string& reason) {
+    platform::Report("Unable to rename " + file + ": " + reason);
 }
 
-void Renumber(const TreeNode& parent, std::size_t from) {
-    for (std::size_t row = from; row < parent.children.size(); ++row) {
-        parent.children[row]->row = row;
+bool ConfirmDeletion(const TreeItem& item) {
+    if (item.kind() != NodeKind::Group) {
+        return platform::ConfirmLoss("Are you sure you wish to delete this file?",
+                                     "Confirm Delete");
     }
+    return platform::ConfirmLoss(
+        "This action will delete all configurations contained within this group. \nDo you wish to "
+        "continue?",
+        "Remove Group?");
 }
 
 }  // namespace
 
 CEpsxeTree::CEpsxeTree(CVeltoDoc& document, TreeWindow& window, PageTable pages)
-    : document_(document), window_(window), pages_(pages), root_(std::make_unique<TreeNode>()) {
-    root_->text = kRootGroup;
+    : document_(document), window_(window), pages_(pages), folder_(document.configDir) {
     for (const auto& row : pages_) {
         if (row.of == PageOf::OwnNode) own_pages_.push_back(&row);
     }
 }
 
-TreeNode* CEpsxeTree::Find(const std::string& name, velto::NodeKind kind) {
-    return LastMatch(*root_, name, kind);
+const PageRow& CEpsxeTree::RowOf(const TreeItem& item) const {
+    if (item.page != nullptr) return *item.page;
+    if (item.node == &nodes_.root()) return RowFor(pages_, PageOf::Root);
+    const bool configuration = item.kind() == NodeKind::Configuration;
+    return RowFor(pages_, configuration ? PageOf::Configuration : PageOf::Group);
 }
 
-velto::NodeKind CEpsxeTree::NodeKind(const TreeItem& item) {
-    if (item.node == nullptr) return NodeKind::Group;
-    return item.page == nullptr ? item.node->kind : NodeKind::Page;
+int CEpsxeTree::PageNumber(const TreeItem& item) const {
+    // A file of the root's name can't be loaded: it has no page of its own either.
+    const bool root = item.page == nullptr && item.node->text == kRootGroup;
+    return root ? RowFor(pages_, PageOf::Root).number : RowOf(item).number;
 }
 
-std::string CEpsxeTree::TextOf(const TreeItem& item) {
-    if (item.node == nullptr) return {};
-    return item.page == nullptr ? item.node->text : std::string(item.page->text);
+void CEpsxeTree::OnUpdate() {
+    auto root = BuildTree(GroupLists::Read(document_.settings), folder_);
+    selected_ = {};
+    lastSelected = {};
+    nodes_.Rebuild(std::move(root));
+    window_.Expand(nodes_.root());
+    Select({&nodes_.root()});
+}
+
+std::string CEpsxeTree::GetSelectedConfigName() const {
+    return selected_.node == nullptr ? std::string() : selected_.node->text;
+}
+
+std::string CEpsxeTree::GetSelectedConfigFile() const {
+    if (selected_.kind() == NodeKind::Group) {
+        platform::Report("No Configuration has been selected");
+        return {};
+    }
+    return ConfigFolder::FileOf(GetSelectedConfigName());
+}
+
+bool CEpsxeTree::Select(const TreeItem& item) {
+    if (item.node == nullptr) return false;
+    if (item == selected_ || Enter(item)) return true;
+    const TreeItem back = lastSelected.node != nullptr ? lastSelected : TreeItem{&nodes_.root()};
+    if (!Enter(back)) {
+        // Its file can't be read any more. The record is still the one that was read from it.
+        window_.Selected(back);
+    }
+    return false;
+}
+
+bool CEpsxeTree::SelectByName(const std::string& name, NodeKind kind) {
+    return Select({nodes_.Find(name, kind)});
+}
+
+// On the way back as well: the document counts on the load of a configuration that it refused to
+// leave.
+bool CEpsxeTree::Enter(const TreeItem& item) {
+    selected_ = item;
+    if (!MayEnter(item)) return false;
+    lastSelected = item;
+    window_.Selected(item);
+    window_.PostPage(PageNumber(item));
+    return true;
+}
+
+bool CEpsxeTree::MayEnter(const TreeItem& item) {
+    const auto from = lastSelected.kind();
+    if (item.kind() == NodeKind::Group) {
+        return from == NodeKind::Group || !document_.WarnIfDirty();
+    }
+    const bool another_page =
+        lastSelected.node == item.node && (item.kind() == NodeKind::Page || from == NodeKind::Page);
+    return another_page || !document_.LoadConfig(GetSelectedConfigName());
 }
 
 // A file that appeared behind the tree's back, or a group that isn't in it, is met by reading
 // everything anew.
 void CEpsxeTree::AddConfiguration(const std::string& name, const std::string& group) {
-    if (Find(name, NodeKind::Configuration) != nullptr) {
+    if (nodes_.Find(name, NodeKind::Configuration) != nullptr) {
         OnUpdate();
     } else {
-        auto* const parent = Find(group, NodeKind::Group);
-        auto node = std::make_unique<TreeNode>();
-        node->kind = NodeKind::Configuration;
-        node->text = name;
-        Insert(parent != nullptr ? *parent : *root_, std::move(node));
+        const auto* const parent = nodes_.Find(group, NodeKind::Group);
+        nodes_.Insert(parent != nullptr ? *parent : nodes_.root(),
+                      MakeNode(NodeKind::Configuration, name));
     }
     SelectByName(name, NodeKind::Configuration);
 }
@@ -69,70 +129,140 @@ void CEpsxeTree::AddGroup(const std::string& name, const std::string& parent) {
     const auto before = GroupLists::Read(settings);
     const bool readable = !before.groups.empty() && !before.parents.empty();
     if (readable && before.groups.size() != before.parents.size()) {
-        GroupLists::Of(*root_).Store(settings);
+        GroupLists::Of(nodes_.root()).Store(settings);
     }
     settings.AddGroup(name, parent);
     if (!GroupLists::Read(settings).Holds(name)) return;
 
-    if (auto* const above = Find(parent, NodeKind::Group)) {
-        auto node = std::make_unique<TreeNode>();
-        node->text = name;
-        Insert(*above, std::move(node));
+    if (const auto* const above = nodes_.Find(parent, NodeKind::Group)) {
+        nodes_.Insert(*above, MakeNode(NodeKind::Group, name));
     } else {
         OnUpdate();
     }
     SelectByName(name, NodeKind::Group);
 }
 
-// Sorts the parent's children.
-TreeNode& CEpsxeTree::Insert(TreeNode& parent, std::unique_ptr<TreeNode> node) {
-    auto& inserted = *node;
-    auto& children = parent.children;
-    window_.BeginInsert(parent, children.size());
-    inserted.parent = &parent;
-    inserted.row = children.size();
-    children.push_back(std::move(node));
-    window_.EndInsert();
-
-    window_.BeginSort(parent);
-    Sort(parent);
-    window_.EndSort(parent);
-    return inserted;
+// Neither a page nor the root, nor a file of the root's name, which can't be loaded.
+bool CEpsxeTree::CanChange(const TreeItem& item) {
+    return item.node != nullptr && item.page == nullptr && item.node->text != kRootGroup;
 }
 
-std::unique_ptr<TreeNode> CEpsxeTree::Take(TreeNode& node) {
-    auto& parent = *node.parent;
-    const auto row = node.row;
-    window_.BeginRemove(parent, row);
-    auto taken = std::move(parent.children[row]);
-    parent.children.erase(parent.children.begin() + static_cast<std::ptrdiff_t>(row));
-    Renumber(parent, row);
-    window_.EndRemove();
-    return taken;
+bool CEpsxeTree::Rename(const TreeItem& item, const std::string& text) {
+    if (!CanChange(item) || text.empty()) return false;
+    if (!CheckCharacters(text) || !CheckNotReserved(text)) return false;
+    return item.kind() == NodeKind::Configuration ? RenameConfiguration(*item.node, text)
+                                                  : RenameGroup(*item.node, text);
 }
 
-void CEpsxeTree::Sort(TreeNode& parent) {
-    std::stable_sort(
-        parent.children.begin(), parent.children.end(),
-        [](const auto& a, const auto& b) { return platform::LessIgnoringCase(a->text, b->text); });
-    Renumber(parent, 0);
+bool CEpsxeTree::RenameConfiguration(const TreeNode& node, const std::string& text) {
+    if (folder_.Find(text)) {
+        platform::Report("Cannot Rename.  A Configuration with this name already exists",
+                         "Name Exists", BoxIcon::Warning);
+        return false;
+    }
+    const auto from = folder_.Spelled(node.text);
+    const auto to = folder_.Target(text);
+    const auto renamed =
+        to.ok() ? platform::Files().Rename(folder_.PathOf(from), to.value()) : to.status();
+    if (!renamed.ok()) {
+        ReportRenameRefusal(from, renamed.error().text);
+        return false;
+    }
+    // Unsaved changes stay in hand, for the new name.
+    if (document_.NameInHand() == node.text) document_.FollowRename(text);
+    SetText(node, text);
+    return true;
 }
 
-// A file whose name differs elsewhere is another configuration.
-std::string FileOf(const std::string& folder, const TreeNode& configuration) {
-    auto file = configuration.text + std::string(kConfigEnding);
-    const auto found = platform::FindFile(folder, file);
-    return found && found->starts_with(configuration.text) ? *found : file;
+// The files change before the lists: what a kill leaves in between is mended by the same rename.
+bool CEpsxeTree::RenameGroup(const TreeNode& node, const std::string& text) {
+    auto lists = GroupLists::Read(document_.settings);
+    if (lists.Holds(text)) {
+        platform::Report("Cannot Rename.  A group with this name already exists", "Group Exists",
+                         BoxIcon::Warning);
+        return false;
+    }
+    if (!lists.Rename(node.text, text, node.parent->text) || !RewriteFiles(node, text)) {
+        return false;
+    }
+    if (document_.fileGroup == node.text) document_.fileGroup = text;
+    if (!lists.Store(document_.settings)) {
+        OnUpdate();
+        return false;
+    }
+    SetText(node, text);
+    return true;
 }
 
-bool HasInvalidCharacters(std::string_view name) {
-    return name.find_first_of("\\/:?\"<>|;*") != std::string_view::npos;
+bool CEpsxeTree::RewriteFiles(const TreeNode& group, const std::string& text) {
+    const auto rewrite = RewriteGroup(folder_, group, text);
+    if (rewrite.end == GroupRewrite::End::Done) return true;
+    if (rewrite.end != GroupRewrite::End::Stopped) {
+        ReportRenameRefusal(rewrite.file, rewrite.reason);
+    }
+    if (rewrite.end == GroupRewrite::End::Broken) OnUpdate();
+    return false;
 }
 
-bool IsReservedName(std::string_view name) {
-    constexpr std::string_view kReserved[] = {kRootGroup,    "Graphics", "Sound",
-                                              "MemoryCards", "NetPlay",  "GamePad"};
-    return std::find(std::begin(kReserved), std::end(kReserved), name) != std::end(kReserved);
+void CEpsxeTree::SetText(const TreeNode& node, const std::string& text) {
+    nodes_.SetText(node, text);
+    document_.UpdatePages();  // they tell the name
+}
+
+void CEpsxeTree::OnDelete() {
+    const auto target = selected_;
+    if (target.node == nullptr || !document_.GiveUpChanges()) return;
+    if (!ConfirmDeletion(target)) return;
+    if (target.kind() == NodeKind::Group) {
+        DeleteGroup(folder_, document_.settings, *target.node);
+    } else {
+        DeleteConfiguration(folder_, target.node->text);
+    }
+    OnUpdate();
+    document_.UpdatePages();
+}
+
+bool CEpsxeTree::IsDropTarget(const TreeNode& dragged, const TreeItem& item) {
+    return item.node != nullptr && item.kind() == NodeKind::Group && item.node->parent != nullptr &&
+           item.node != dragged.parent && !IsWithin(*item.node, dragged);
+}
+
+bool CEpsxeTree::Drop(const TreeNode& dragged, const TreeItem& target) {
+    if (!CanChange({&dragged}) || target.node == nullptr) return false;
+    if (target.kind() != NodeKind::Group || IsWithin(*target.node, dragged)) return false;
+    if (document_.dirty) {
+        platform::Report("Unable to move item. You have not saved your current changes.",
+                         "Changes pending", BoxIcon::Warning);
+        return false;
+    }
+    return dragged.kind == NodeKind::Configuration ? MoveConfiguration(dragged, *target.node)
+                                                   : MoveGroup(dragged, *target.node);
+}
+
+bool CEpsxeTree::MoveConfiguration(const TreeNode& node, const TreeNode& target) {
+    if (!Select({&node}) || !document_.IsInHand(node.text)) return false;
+    const auto before = std::exchange(document_.fileGroup, target.text);
+    if (!document_.OnApply()) {
+        document_.fileGroup = before;
+        return false;
+    }
+    Move(node, target);
+    return true;
+}
+
+bool CEpsxeTree::MoveGroup(const TreeNode& node, const TreeNode& target) {
+    Move(node, target);
+    if (GroupLists::Of(nodes_.root()).Store(document_.settings)) return true;
+    OnUpdate();
+    return false;
+}
+
+// What is selected stays so: the nodes remain the same.
+void CEpsxeTree::Move(const TreeNode& node, const TreeNode& target) {
+    nodes_.Move(node, target);
+    window_.Expand(target);
+    window_.Selected(selected_);
+    document_.UpdatePages();  // a group's page tells how many configurations it has
 }
 
 }  // namespace velto

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "widgets/text.h"
 
@@ -9,8 +10,15 @@ namespace velto {
 namespace {
 
 QString KindOf(const TreeItem& item) {
-    if (item.page != nullptr) return "Page";
-    return item.node->kind == NodeKind::Configuration ? "Configuration" : "Group";
+    switch (item.kind()) {
+        case NodeKind::Group:
+            return "Group";
+        case NodeKind::Configuration:
+            return "Configuration";
+        case NodeKind::Page:
+            return "Page";
+    }
+    return {};
 }
 
 }  // namespace
@@ -21,6 +29,7 @@ CEpsxeTreeModel::CEpsxeTreeModel(Edited edited, QObject* parent)
 void CEpsxeTreeModel::SetTree(CEpsxeTree& tree) {
     beginResetModel();
     tree_ = &tree;
+    tree.SetListener(*this);
     for (const auto& row : tree.pages()) {
         images_.emplace_back(":/icons/" + FromBytes(row.icon) + ".svg");
     }
@@ -29,8 +38,8 @@ void CEpsxeTreeModel::SetTree(CEpsxeTree& tree) {
 
 TreeItem CEpsxeTreeModel::ItemAt(const QModelIndex& index) const {
     if (!index.isValid()) return {};
-    auto* const above = static_cast<TreeNode*>(index.internalPointer());
-    if (above == nullptr) return {const_cast<TreeNode*>(&tree_->root())};
+    const auto* const above = static_cast<const TreeNode*>(index.constInternalPointer());
+    if (above == nullptr) return {&tree_->nodes().root()};
     const auto row = static_cast<std::size_t>(index.row());
     if (above->kind == NodeKind::Configuration) return {above, tree_->own_pages().at(row)};
     return {above->children.at(row).get()};
@@ -48,35 +57,43 @@ QModelIndex CEpsxeTreeModel::IndexOf(const TreeItem& item) const {
     return createIndex(static_cast<int>(row), 0, item.node);
 }
 
-void CEpsxeTreeModel::BeginInsert(const TreeNode& parent, std::size_t row) {
+void CEpsxeTreeModel::OnRebuild(const Change& rebuild) {
+    beginResetModel();
+    rebuild();
+    endResetModel();
+}
+
+void CEpsxeTreeModel::OnInsert(const TreeNode& parent, std::size_t row, const Change& insert) {
     beginInsertRows(IndexOf(parent), static_cast<int>(row), static_cast<int>(row));
+    insert();
+    endInsertRows();
 }
 
-void CEpsxeTreeModel::BeginRemove(const TreeNode& parent, std::size_t row) {
+void CEpsxeTreeModel::OnRemove(const TreeNode& parent, std::size_t row, const Change& remove) {
     beginRemoveRows(IndexOf(parent), static_cast<int>(row), static_cast<int>(row));
+    remove();
+    endRemoveRows();
 }
 
-void CEpsxeTreeModel::BeginSort(const TreeNode& parent) {
-    emit layoutAboutToBeChanged({IndexOf(parent)}, VerticalSortHint);
-    for (const auto& index : persistentIndexList()) {
-        if (index.internalPointer() != &parent) continue;
-        sorted_rows_.push_back({index, ItemAt(index).node});
-    }
-}
-
-void CEpsxeTreeModel::EndSort(const TreeNode& parent) {
+// Whoever holds on to a row that moves finds its node behind the sort as well.
+void CEpsxeTreeModel::OnSort(const TreeNode& parent, const Change& sort) {
+    const QList<QPersistentModelIndex> within{IndexOf(parent)};
+    emit layoutAboutToBeChanged(within, VerticalSortHint);
     QModelIndexList before;
-    QModelIndexList after;
-    for (const auto& row : sorted_rows_) {
-        before += row.before;
-        after += IndexOf(*row.node);
+    std::vector<const TreeNode*> held;
+    for (const auto& index : persistentIndexList()) {
+        if (index.constInternalPointer() != &parent) continue;
+        before += index;
+        held.push_back(ItemAt(index).node);
     }
-    sorted_rows_.clear();
+    sort();
+    QModelIndexList after;
+    for (const auto* const node : held) after += IndexOf(*node);
     changePersistentIndexList(before, after);
-    emit layoutChanged({IndexOf(parent)}, VerticalSortHint);
+    emit layoutChanged(within, VerticalSortHint);
 }
 
-void CEpsxeTreeModel::TextChanged(const TreeNode& node) {
+void CEpsxeTreeModel::OnText(const TreeNode& node) {
     const auto index = IndexOf(node);
     emit dataChanged(index, index);
 }
@@ -109,9 +126,9 @@ Qt::ItemFlags CEpsxeTreeModel::flags(const QModelIndex& index) const {
     const auto item = ItemAt(index);
     if (item.node == nullptr) return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    flags.setFlag(Qt::ItemIsEditable, CEpsxeTree::CanRename(item));
-    flags.setFlag(Qt::ItemIsDragEnabled, CEpsxeTree::CanDrag(item));
-    flags.setFlag(Qt::ItemIsDropEnabled, CEpsxeTree::NodeKind(item) == NodeKind::Group);
+    flags.setFlag(Qt::ItemIsEditable, CEpsxeTree::CanChange(item));
+    flags.setFlag(Qt::ItemIsDragEnabled, CEpsxeTree::CanChange(item));
+    flags.setFlag(Qt::ItemIsDropEnabled, item.kind() == NodeKind::Group);
     flags.setFlag(Qt::ItemNeverHasChildren, item.page != nullptr);
     return flags;
 }
@@ -123,7 +140,7 @@ QVariant CEpsxeTreeModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
         case Qt::EditRole:
         case Qt::AccessibleTextRole:
-            return FromBytes(CEpsxeTree::TextOf(item));
+            return FromBytes(item.text());
         case Qt::DecorationRole:
             return images_.at(static_cast<std::size_t>(tree_->RowOf(item).number));
         case Qt::AccessibleDescriptionRole:
@@ -136,7 +153,7 @@ QVariant CEpsxeTreeModel::data(const QModelIndex& index, int role) const {
 bool CEpsxeTreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
     const auto item = ItemAt(index);
     if (role != Qt::EditRole || item.node == nullptr) return false;
-    const auto bytes = CEpsxeTree::TextOf(item);
+    const auto bytes = item.text();
     const auto text = value.toString();
     edited_(index, text == FromBytes(bytes) ? bytes : ToBytes(text));
     return true;

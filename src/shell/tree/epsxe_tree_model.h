@@ -2,7 +2,8 @@
 //
 // An index holds the parent's node (null for the root's index) and the row below it. That tells
 // every item apart, the computed pages of a configuration too, and takes no object for a row.
-// The tree is not owned; it reports each of its changes through the calls below.
+// The model makes each change of the nodes between the signals that belong to it; the view, and
+// whoever else must act around a change, listens to these.
 #pragma once
 
 #include <QAbstractItemModel>
@@ -15,14 +16,14 @@
 
 namespace velto {
 
-class CEpsxeTreeModel : public QAbstractItemModel {
+class CEpsxeTreeModel : public QAbstractItemModel, public TreeListener {
   public:
     // Told that the user has edited a label. The tree may not change before the editor is gone.
     using Edited = std::function<void(const QModelIndex& index, const std::string& text)>;
 
     CEpsxeTreeModel(Edited edited, QObject* parent);
 
-    // Until there is one the model is empty.
+    // Until there is one the model is empty. Not owned.
     void SetTree(CEpsxeTree& tree);
 
     // Without a node for an index that isn't valid.
@@ -30,16 +31,12 @@ class CEpsxeTreeModel : public QAbstractItemModel {
     QModelIndex IndexOf(const TreeNode& node) const;
     QModelIndex IndexOf(const TreeItem& item) const;
 
-    // Around each change of the tree, as TreeWindow has them.
-    void BeginRebuild() { beginResetModel(); }
-    void EndRebuild() { endResetModel(); }
-    void BeginInsert(const TreeNode& parent, std::size_t row);
-    void EndInsert() { endInsertRows(); }
-    void BeginRemove(const TreeNode& parent, std::size_t row);
-    void EndRemove() { endRemoveRows(); }
-    void BeginSort(const TreeNode& parent);
-    void EndSort(const TreeNode& parent);
-    void TextChanged(const TreeNode& node);
+    // TreeListener
+    void OnRebuild(const Change& rebuild) override;
+    void OnInsert(const TreeNode& parent, std::size_t row, const Change& insert) override;
+    void OnRemove(const TreeNode& parent, std::size_t row, const Change& remove) override;
+    void OnSort(const TreeNode& parent, const Change& sort) override;
+    void OnText(const TreeNode& node) override;
 
     QModelIndex index(int row, int column, const QModelIndex& parent) const override;
     QModelIndex parent(const QModelIndex& index) const override;
@@ -51,16 +48,9 @@ class CEpsxeTreeModel : public QAbstractItemModel {
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
   private:
-    // The rows that someone holds on to while their group is sorted.
-    struct SortedRow {
-        QModelIndex before;
-        const TreeNode* node = nullptr;
-    };
-
-    CEpsxeTree* tree_ = nullptr;
+    const CEpsxeTree* tree_ = nullptr;
     Edited edited_;
     std::vector<QIcon> images_;  // by the number of a page
-    std::vector<SortedRow> sorted_rows_;
 };
 
 }  // namespace velto

@@ -61,8 +61,7 @@ CEpsxeTreeView::CEpsxeTreeView(QWidget* parent, std::function<void(int)> show_pa
       model_(MakeOwned<CEpsxeTreeModel>(
           [this](const QModelIndex& index, const std::string& text) { Rename(index, text); },
           this)),
-      show_page_(std::move(show_page)),
-      work_(*this) {
+      show_page_(std::move(show_page)) {
     setAccessibleName("Configurations");
     setHeaderHidden(true);
     // The last section alone would not get narrower than its default width.
@@ -74,7 +73,7 @@ CEpsxeTreeView::CEpsxeTreeView(QWidget* parent, std::function<void(int)> show_pa
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
     setItemDelegate(MakeOwned<RowDelegate>(this));
-    setModel(model_);
+    ShowModel();
     // What is selected stays in sight.
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& closed) {
         auto above = currentIndex();
@@ -83,14 +82,43 @@ CEpsxeTreeView::CEpsxeTreeView(QWidget* parent, std::function<void(int)> show_pa
     });
 }
 
+// When rows go, Qt's own parts choose another current index, which isn't the user's choice. They
+// listen to the model since setModel: what is connected before it comes first, the rest last.
+void CEpsxeTreeView::ShowModel() {
+    connect(model_, &QAbstractItemModel::rowsAboutToBeRemoved, this, [this] { following_ = true; });
+    connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        following_ = true;
+        KeepExpanded();
+    });
+    setModel(model_);
+    connect(model_, &QAbstractItemModel::rowsRemoved, this, [this] { following_ = false; });
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] {
+        following_ = false;
+        ExpandAgain();
+    });
+}
+
+void CEpsxeTreeView::KeepExpanded() {
+    expanded_.clear();
+    ForEachNode([this](const TreeNode& node, const std::string& path) {
+        if (isExpanded(model_->IndexOf(node))) expanded_.insert(path);
+    });
+}
+
+void CEpsxeTreeView::ExpandAgain() {
+    ForEachNode([this](const TreeNode& node, const std::string& path) {
+        if (expanded_.count(path) > 0) Expand(node);
+    });
+}
+
 void CEpsxeTreeView::SetTree(CEpsxeTree& tree) {
-    tree_ = &tree;
     model_->SetTree(tree);
+    tree_ = &tree;
     Selected(tree.GetSelectedItem());
 }
 
 void CEpsxeTreeView::EditLabel() {
-    if (CEpsxeTree::CanRename(model_->ItemAt(currentIndex()))) edit(currentIndex());
+    if (CEpsxeTree::CanChange(model_->ItemAt(currentIndex()))) edit(currentIndex());
 }
 
 bool CEpsxeTreeView::FinishEditing() {
@@ -109,63 +137,16 @@ void CEpsxeTreeView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEdit
 void CEpsxeTreeView::MoveToGroup() {
     const QPersistentModelIndex moved = currentIndex();
     const auto item = model_->ItemAt(moved);
-    if (!CEpsxeTree::CanDrag(item)) return;
-    CMoveToGroupDialog dialog(tree_->root(), *item.node, this);
+    if (!CEpsxeTree::CanChange(item)) return;
+    CMoveToGroupDialog dialog(tree_->nodes().root(), *item.node, this);
     if (dialog.exec() != QDialog::Accepted || !moved.isValid()) return;
-    const auto* const group = tree_->Find(dialog.group(), NodeKind::Group);
+    const auto* const group = tree_->nodes().Find(dialog.group(), NodeKind::Group);
     if (group == nullptr || moved.parent() == model_->IndexOf(*group)) return;
     Dropped(moved, model_->IndexOf(*group));
 }
 
 void CEpsxeTreeView::ForEachNode(const NodeAction& action) const {
-    if (tree_ != nullptr) Walk(tree_->root(), {}, action);
-}
-
-void CEpsxeTreeView::BeginRebuild() {
-    expanded_.clear();
-    ForEachNode([this](const TreeNode& node, const std::string& path) {
-        if (isExpanded(model_->IndexOf(node))) expanded_.insert(path);
-    });
-    following_ = true;
-    model_->BeginRebuild();
-}
-
-void CEpsxeTreeView::EndRebuild() {
-    model_->EndRebuild();
-    following_ = false;
-    ForEachNode([this](const TreeNode& node, const std::string& path) {
-        if (expanded_.count(path) > 0) Expand(node);
-    });
-}
-
-void CEpsxeTreeView::BeginInsert(const TreeNode& parent, std::size_t row) {
-    model_->BeginInsert(parent, row);
-}
-
-void CEpsxeTreeView::EndInsert() {
-    model_->EndInsert();
-}
-
-void CEpsxeTreeView::BeginRemove(const TreeNode& parent, std::size_t row) {
-    following_ = true;
-    model_->BeginRemove(parent, row);
-}
-
-void CEpsxeTreeView::EndRemove() {
-    model_->EndRemove();
-    following_ = false;
-}
-
-void CEpsxeTreeView::BeginSort(TreeNode& parent) {
-    model_->BeginSort(parent);
-}
-
-void CEpsxeTreeView::EndSort(TreeNode& parent) {
-    model_->EndSort(parent);
-}
-
-void CEpsxeTreeView::TextChanged(const TreeNode& node) {
-    model_->TextChanged(node);
+    if (tree_ != nullptr) Walk(tree_->nodes().root(), {}, action);
 }
 
 void CEpsxeTreeView::Selected(const TreeItem& item) {
@@ -180,10 +161,6 @@ void CEpsxeTreeView::Expand(const TreeNode& node) {
 
 void CEpsxeTreeView::PostPage(int page) {
     later().Call([this, page] { show_page_(page); });
-}
-
-bool CEpsxeTreeView::Progress(const std::string& what, std::size_t done, std::size_t total) {
-    return work_.Report(FromBytes(what), done, total);
 }
 
 QItemSelectionModel::SelectionFlags CEpsxeTreeView::selectionCommand(
@@ -281,9 +258,9 @@ void CEpsxeTreeView::ShowMenu(const QPoint& where) {
     auto* const rename = menu.addAction("Re&name");
     rename->setShortcut(Qt::Key_F2);
     rename->setShortcutContext(Qt::WidgetShortcut);
-    rename->setEnabled(CEpsxeTree::CanRename(item));
+    rename->setEnabled(CEpsxeTree::CanChange(item));
     auto* const move = menu.addAction("&Move to Group...");
-    move->setEnabled(CEpsxeTree::CanDrag(item));
+    move->setEnabled(CEpsxeTree::CanChange(item));
     const auto* const chosen = menu.exec(where);
     if (chosen == rename) EditLabel();
     if (chosen == move) MoveToGroup();

@@ -18,7 +18,6 @@
 #include "shell/tree/epsxe_tree.h"
 #include "shell/tree/epsxe_tree_model.h"
 #include "shell/tree/row_drag_view.h"
-#include "widgets/long_work.h"
 
 namespace velto {
 
@@ -41,19 +40,10 @@ class CEpsxeTreeView : public RowDragView, public TreeWindow {
     // is being edited; else its rename comes from the event loop.
     bool FinishEditing();
 
-    void BeginRebuild() override;
-    void EndRebuild() override;
-    void BeginInsert(const TreeNode& parent, std::size_t row) override;
-    void EndInsert() override;
-    void BeginRemove(const TreeNode& parent, std::size_t row) override;
-    void EndRemove() override;
-    void BeginSort(TreeNode& parent) override;
-    void EndSort(TreeNode& parent) override;
-    void TextChanged(const TreeNode& node) override;
+    // TreeWindow
     void Selected(const TreeItem& item) override;
     void Expand(const TreeNode& node) override;
     void PostPage(int page) override;
-    bool Progress(const std::string& what, std::size_t done, std::size_t total) override;
 
   protected:
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
@@ -71,6 +61,10 @@ class CEpsxeTreeView : public RowDragView, public TreeWindow {
     void DragEnded() override;
 
   private:
+    void ShowModel();
+    // Around a rebuild.
+    void KeepExpanded();
+    void ExpandAgain();
     void TellLater();
     // Tells the tree what the user chose. False if the tree went back to the item before.
     bool Tell();
@@ -85,7 +79,6 @@ class CEpsxeTreeView : public RowDragView, public TreeWindow {
     CEpsxeTreeModel* model_;
     std::function<void(int)> show_page_;
     QList<QAction*> context_actions_;
-    LongWork work_;
     std::set<std::string> expanded_;  // during a rebuild
     bool following_ = false;          // changes of the current index aren't the user's
     bool user_chose_ = false;         // and the tree hasn't been told yet

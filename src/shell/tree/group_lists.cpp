@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "shell/tree/epsxe_tree.h"
+#include "shell/tree/tree_nodes.h"
+#include "store/config_record.h"
 
 namespace velto {
 namespace {

@@ -1,16 +1,23 @@
 #include "shell/tree/group_rewrite.h"
 
-#include "platform/file_search.h"
+#include <algorithm>
+#include <optional>
+
 #include "platform/files.h"
 #include "platform/line_ends.h"
 #include "platform/replace_file.h"
+#include "platform/waiting.h"
+#include "store/config_file.h"
 #include "store/key_table.h"
 
 namespace velto {
+namespace {
 
 using End = GroupRewrite::End;
-using platform::Files;
+using platform::Status;
 
+// The file's text, with LF line ends, in which the key names the group `to`. Nothing if it doesn't
+// name `from` now.
 std::optional<std::string> WithGroup(const CConfigFile& file, const std::string& from,
                                      const std::string& to) {
     const std::string_view key = RowOf(Key::fileGroup).name;
@@ -27,32 +34,43 @@ std::optional<std::string> WithGroup(const CConfigFile& file, const std::string&
     return rewritten.text();
 }
 
-GroupRewrite RewriteGroup(const std::string& folder, const std::string& from, const std::string& to,
-                          const GroupRewriteAsks& asks) {
-    const auto names = platform::FindNamesEndingIn(folder, kConfigEnding);
-    if (names.empty()) {
+bool Holds(const TreeNode& group, const std::string& file) {
+    const auto name = ConfigFolder::NameOf(file);
+    return std::any_of(group.children.begin(), group.children.end(), [&](const auto& child) {
+        return child->kind == NodeKind::Configuration && child->text == name;
+    });
+}
+
+Status Add(platform::ReplacementBatch& batch, const ConfigFolder& folder, const std::string& file,
+           const TreeNode& group, const std::string& to) {
+    const auto path = folder.PathOf(file);
+    const auto opened = CConfigFile::Open(path);
+    if (!opened.ok()) {
+        const bool gone = opened.error().kind == platform::ErrorKind::NotFound;
+        return gone || !Holds(group, file) ? Status() : opened.status();
+    }
+    const auto text = WithGroup(opened.value(), group.text, to);
+    return text ? batch.Add(path, platform::ToDiskText(*text)) : Status();
+}
+
+}  // namespace
+
+GroupRewrite RewriteGroup(const ConfigFolder& folder, const TreeNode& group,
+                          const std::string& to) {
+    const auto wait = platform::Waiting().Begin({"Renaming group " + group.text, true});
+    const auto listed = folder.List();
+    if (!listed.ok()) {
         // Files that can't be seen now would keep the old name.
-        const auto listed = Files().List(folder);
-        if (!listed.ok()) {
-            return {End::Refused, platform::NameOf(folder), listed.error().text};
-        }
+        return {End::Refused, platform::NameOf(folder.path()), listed.error().text};
     }
-    platform::ReplacementBatch batch(Files());
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (!asks.progress(i, names.size())) return {End::Stopped};
-        const auto path = platform::JoinPath(folder, names[i]);
-        const auto file = CConfigFile::Open(path);
-        if (!file.ok()) {
-            const bool gone = file.error().kind == platform::ErrorKind::NotFound;
-            if (gone || !asks.belongs(names[i])) continue;
-            return {End::Refused, names[i], file.error().text};
-        }
-        const auto text = WithGroup(file.value(), from, to);
-        if (!text) continue;
-        const auto added = batch.Add(path, platform::ToDiskText(*text));
-        if (!added.ok()) return {End::Refused, names[i], added.error().text};
+    const auto& files = listed.value();
+    platform::ReplacementBatch batch(platform::Files());
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!wait->Continue({{i, files.size()}})) return {End::Stopped};
+        const auto added = Add(batch, folder, files[i], group, to);
+        if (!added.ok()) return {End::Refused, files[i], added.error().text};
     }
-    if (!asks.progress(names.size(), names.size())) return {End::Stopped};
+    if (!wait->Continue({{files.size(), files.size()}})) return {End::Stopped};
     const auto done = batch.Commit();
     if (done.ok()) return {};
     return {batch.renamed() == 0 ? End::Refused : End::Broken,

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "shell/tree/epsxe_tree.h"
+#include "shell/tree/tree_nodes.h"
 #include "widgets/bytes_fields.h"
 #include "widgets/form.h"
 

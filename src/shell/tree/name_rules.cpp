@@ -1,6 +1,9 @@
 #include "shell/tree/name_rules.h"
 
-#include "shell/tree/epsxe_tree.h"
+#include <algorithm>
+#include <iterator>
+
+#include "store/config_record.h"
 
 namespace velto {
 
@@ -11,7 +14,7 @@ bool CheckNameGiven(std::string_view name, platform::BoxIcon icon) {
 }
 
 bool CheckCharacters(std::string_view name) {
-    if (!HasInvalidCharacters(name)) return true;
+    if (name.find_first_of("\\/:?\"<>|;*") == std::string_view::npos) return true;
     platform::Report(
         "Config names cannot contain any of the following characters, "
         "\\/:?\"<>|;*",
@@ -20,7 +23,11 @@ bool CheckCharacters(std::string_view name) {
 }
 
 bool CheckNotReserved(std::string_view name) {
-    if (!IsReservedName(name)) return true;
+    constexpr std::string_view kReserved[] = {kRootGroup,    "Graphics", "Sound",
+                                              "MemoryCards", "NetPlay",  "GamePad"};
+    if (std::find(std::begin(kReserved), std::end(kReserved), name) == std::end(kReserved)) {
+        return true;
+    }
     platform::Report("Illegal Filename.");
     return false;
 }

@@ -55,7 +55,7 @@ TEST_F(EpsxeTreeTest, IsBuiltFromListsAndFilesHoweverBadTheyAre) {
     for (int i = 0; i < 40000; ++i) chain.push_back(std::to_string(i));
     document.settings.SetGroups({chain.begin() + 1, chain.end()}, chain);
     tree.OnUpdate();
-    EXPECT_NE(tree.Find("39999", NodeKind::Group), nullptr);
+    EXPECT_NE(tree.nodes().Find("39999", NodeKind::Group), nullptr);
 }
 
 TEST_F(EpsxeTreeTest, LoadsOrWarnsByWhereTheSelectionComesFrom) {
@@ -194,7 +194,7 @@ TEST_F(EpsxeTreeTest, ARenamedGroupKeepsAllElseOfItsFilesAndLists) {
     WriteFile(PathOf("other"), "; fileGroup = aa\n");
     document.settings.SetGroups({"a", "b", "c", "a"}, {"My Epsxe", "a", "gone", "b"});
     tree.OnUpdate();
-    ASSERT_TRUE(tree.Rename({tree.root().children[0].get()}, "z"));
+    ASSERT_TRUE(tree.Rename({tree.nodes().root().children[0].get()}, "z"));
     EXPECT_EQ(ReadFile(PathOf("one")),
               "REGEDIT4\r\n; x = \xE9\r\n; fileGroup = z\r\n[plug]\r\nlast");
     EXPECT_EQ(ReadFile(PathOf("other")), "; fileGroup = aa\n");
@@ -208,7 +208,6 @@ TEST_F(EpsxeTreeTest, ARenamedGroupKeepsAllElseOfItsFilesAndLists) {
 TEST_F(EpsxeTreeTest, ARenameRefusedOrKilledAtAnyStepIsMendedByTheSameRename) {
     // The first letter of the file that is refused; none for files of other groups.
     const std::string_view refused = "---hhhhh---wwwwwhhwh";
-    const GroupRewriteAsks asks = {[](auto, auto) { return true; }, [](auto&) { return true; }};
     std::string from = "b";
     const auto mend = [&](const std::string& to) {
         for (const auto* name : {"two", "three"}) {
@@ -240,8 +239,8 @@ TEST_F(EpsxeTreeTest, ARenameRefusedOrKilledAtAnyStepIsMendedByTheSameRename) {
         const pid_t child = fork();
         if (child == 0) {
             FailingFiles stepped(*files, step, FailingFiles::At::Kill);
-            platform::HostScope killing({&environment, &stepped});
-            RewriteGroup(environment.ConfigFolder(), from, "k" + name, asks);
+            const platform::HostScope killing({.files = &stepped, .waiting = &waiting});
+            RewriteGroup(ConfigFolder(environment.ConfigFolder()), *Item(from).node, "k" + name);
             _exit(1);  // not killed
         }
         int status = -1;
@@ -252,7 +251,7 @@ TEST_F(EpsxeTreeTest, ARenameRefusedOrKilledAtAnyStepIsMendedByTheSameRename) {
         mend("k" + name);
     }
     for (const std::size_t stop_at : {2U, 4U}) {
-        window.stop_at = stop_at;
+        waiting.stop_at = stop_at;
         EXPECT_FALSE(tree.Rename(Item(from), "x"));
         EXPECT_EQ(ReadFile(PathOf("two")), TextIn(from));
         EXPECT_EQ(CountFiles(), 4U);
@@ -380,7 +379,7 @@ TEST_F(EpsxeTreeTest, AFileOfTheRootsNameIsNeverWrittenWithAnotherRecord) {
     Write("My Epsxe", "My Epsxe");
     tree.OnUpdate();
     tree.Select(Item("one"));
-    const auto item = TreeItem{tree.Find("My Epsxe", NodeKind::Configuration)};
+    const auto item = TreeItem{tree.nodes().Find("My Epsxe", NodeKind::Configuration)};
     tree.Select(item);
     EXPECT_EQ(document.NameInHand(), "one");
     EXPECT_FALSE(tree.Drop(*item.node, Item("c")));

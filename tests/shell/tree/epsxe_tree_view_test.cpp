@@ -15,6 +15,7 @@
 #include "support/pages.h"
 #include "support/tree_home.h"
 #include "support/windows.h"
+#include "widgets/long_work.h"
 #include "widgets/text.h"
 
 namespace velto::test {
@@ -76,7 +77,7 @@ class EpsxeTreeViewTest : public HomeTest {
     }
     // What the tree, the current row and the highlight say, if they agree.
     std::string Selected() const {
-        const auto text = CEpsxeTree::TextOf(tree.GetSelectedItem());
+        const auto text = tree.GetSelectedItem().text();
         const auto rows = view.selectionModel()->selectedIndexes();
         EXPECT_EQ(view.currentIndex().data().toString(), FromBytes(text));
         EXPECT_EQ(rows, QModelIndexList{view.currentIndex()});
@@ -329,17 +330,18 @@ TEST_F(EpsxeTreeViewTest, LongWorkShowsItselfAndCanBeStopped) {
     const auto window = [] {
         return dynamic_cast<QProgressDialog*>(QApplication::activeModalWidget());
     };
-    EXPECT_TRUE(view.Progress("Renaming", 0, 100));
+    LongWork work(view);
+    EXPECT_TRUE(work.Report("Renaming", 0, 100));
     EXPECT_EQ(window(), nullptr);
     QTest::qSleep(320);
-    EXPECT_TRUE(view.Progress("Renaming", 2, 100));
+    EXPECT_TRUE(work.Report("Renaming", 2, 100));
     ASSERT_NE(window(), nullptr);
     EXPECT_EQ(window()->windowModality(), Qt::ApplicationModal);
     Click(*window(), "Cancel");
-    EXPECT_FALSE(view.Progress("Renaming", 3, 100));
+    EXPECT_FALSE(work.Report("Renaming", 3, 100));
     QTest::qWait(60);
     Settle();
-    EXPECT_TRUE(view.Progress("Renaming", 1, 100));
+    EXPECT_TRUE(work.Report("Renaming", 1, 100));
     EXPECT_EQ(window(), nullptr) << "other work has its own time";
 }
 

@@ -1,3 +1,5 @@
+#include "shell/tree/tree_builder.h"
+
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
@@ -5,8 +7,7 @@
 #include "platform/ascii.h"
 #include "platform/file_search.h"
 #include "platform/files.h"
-#include "shell/tree/epsxe_tree.h"
-#include "shell/tree/group_lists.h"
+#include "store/config_file.h"
 
 namespace velto {
 namespace {
@@ -43,15 +44,6 @@ class GroupNames {
     std::unordered_map<std::string, TreeNode*> last_;
 };
 
-TreeNode& Append(TreeNode& parent, NodeKind kind, std::string text) {
-    auto node = std::make_unique<TreeNode>();
-    node->kind = kind;
-    node->text = std::move(text);
-    node->parent = &parent;
-    node->row = parent.children.size();
-    return *parent.children.emplace_back(std::move(node));
-}
-
 // A group whose parent isn't there lands where the one before it did.
 GroupNames BuildGroups(TreeNode& root, const GroupLists& lists) {
     GroupNames names;
@@ -60,7 +52,7 @@ GroupNames BuildGroups(TreeNode& root, const GroupLists& lists) {
     for (std::size_t i = 0; i < lists.groups.size(); ++i) {
         auto* const found = i < lists.parents.size() ? names.Find(lists.parents[i]) : nullptr;
         if (found != nullptr && DepthOf(*found) < kDeepestGroup) parent = found;
-        names.Add(Append(*parent, NodeKind::Group, lists.groups[i]));
+        names.Add(Append(*parent, MakeNode(NodeKind::Group, lists.groups[i])));
     }
     return names;
 }
@@ -83,31 +75,27 @@ std::string GroupIn(std::string_view text) {
     return std::string(platform::Trim(line.substr(equals + 1)));
 }
 
-}  // namespace
-
-void CEpsxeTree::OnUpdate() {
-    auto root = std::make_unique<TreeNode>();
-    root->text = kRootGroup;
-    const auto groups = BuildGroups(*root, GroupLists::Read(document_.settings));
-
-    auto& files = platform::Files();
-    for (auto& file : platform::FindNamesEndingIn(document_.configDir, kConfigEnding)) {
-        const auto path = platform::JoinPath(document_.configDir, file);
-        const auto text = platform::ReadWhole(files, path, kLargestConfigFile);
+// Below the group that each names; below the root, if that isn't there or the file can't be read.
+void AddConfigurations(TreeNode& root, const GroupNames& groups, const ConfigFolder& folder) {
+    const auto listed = folder.List();
+    if (!listed.ok()) return;
+    for (const auto& file : listed.value()) {
+        const auto path = folder.PathOf(file);
+        const auto text = platform::ReadWhole(platform::Files(), path, kLargestConfigFile);
         if (!text.ok() && !platform::IsRegular(path)) continue;
         auto* const group = groups.Find(text.ok() ? GroupIn(text.value()) : std::string());
-        file.resize(file.size() - kConfigEnding.size());
-        Append(group != nullptr ? *group : *root, NodeKind::Configuration, std::move(file));
+        Append(group != nullptr ? *group : root,
+               MakeNode(NodeKind::Configuration, ConfigFolder::NameOf(file)));
     }
-    Sort(*root);
+}
 
-    window_.BeginRebuild();
-    root_ = std::move(root);
-    selected_ = {};
-    lastSelected = {};
-    window_.EndRebuild();
-    window_.Expand(*root_);
-    Select({root_.get()});
+}  // namespace
+
+std::unique_ptr<TreeNode> BuildTree(const GroupLists& lists, const ConfigFolder& folder) {
+    auto root = MakeRoot();
+    AddConfigurations(*root, BuildGroups(*root, lists), folder);
+    SortChildren(*root);
+    return root;
 }
 
 }  // namespace velto
