@@ -30,15 +30,11 @@
 __attribute__((constructor)) static void on_load(void) { ON_LOAD; }
 #endif
 
-#ifndef WITHOUT_NAME
 char* PSEgetLibName(void) {
     printf("what a plug-in prints disturbs nobody\n");
     GIVE_NAME;
 }
-#endif
-#ifndef WITHOUT_TYPE
 unsigned PSEgetLibType(void) { return TYPE; }
-#endif
 #ifndef WITHOUT_VERSION
 unsigned PSEgetLibVersion(void) { return 0x00020305; }
 #endif
