@@ -14,49 +14,6 @@
 namespace velto::test {
 namespace {
 
-using platform::ErrorKind;
-using platform::Result;
-using platform::Status;
-
-// A real store whose transactions fail at one step, counted from 1: making a key, setting a value,
-// or committing.
-class FailingStore : public FailingRegistry {
-  public:
-    FailingStore(platform::RegistryStore& real, int step)
-        : FailingRegistry(real, RegistryCall::None, "", 0), real_(real), step_(step) {}
-    Result<std::unique_ptr<platform::RegistryTransaction>> Begin() override {
-        auto real = real_.Begin();
-        if (!real.ok()) return real;
-        return std::unique_ptr<platform::RegistryTransaction>(
-            std::make_unique<Transaction>(step_, std::move(real).value()));
-    }
-
-  private:
-    class Transaction : public platform::RegistryTransaction {
-      public:
-        Transaction(int step, std::unique_ptr<platform::RegistryTransaction> real)
-            : left_(step), real_(std::move(real)) {}
-        Status CreateKey(std::string_view path) override {
-            return --left_ == 0 ? Failure() : real_->CreateKey(path);
-        }
-        Status SetValue(std::string_view path, std::string_view name,
-                        const platform::RegistryValue& value) override {
-            return --left_ == 0 ? Failure() : real_->SetValue(path, name, value);
-        }
-        Status Commit() override { return --left_ == 0 ? Failure() : real_->Commit(); }
-
-      private:
-        static Status Failure() {
-            return platform::Error{ErrorKind::Full, "store", "No space left on device"};
-        }
-        int left_;
-        std::unique_ptr<platform::RegistryTransaction> real_;
-    };
-
-    platform::RegistryStore& real_;
-    int step_;
-};
-
 class RegeditTest : public ::testing::Test {
   protected:
     std::unique_ptr<platform::RegistryStore> NewStore(const std::string& name) const {
@@ -100,17 +57,14 @@ TEST_F(RegeditTest, AMergeThatFailsAnywhereChangesNothing) {
               "[HKEY_CURRENT_USER\\B]\n\"three\"=\"new\"\n");
     constexpr int kReads = 3;   // open the file, read it, look for more
     constexpr int kWrites = 6;  // two keys, three values and the commit
-    for (int step = 1; step <= kReads + kWrites; ++step) {
+    for (int step = 1; step <= kReads + kWrites + 1; ++step) {
         FailingFiles failing_files(*files, step, FailingFiles::At::Fail);
-        FailingStore failing_store(*store, step - kReads);
+        const int spared = step > kReads ? step - kReads - 1 : kWrites;
+        FailingRegistry failing_store(*store, RegistryCall::Step, "", spared);
         const auto merged = regedit::MergeFile(failing_files, failing_store, file);
-        ASSERT_FALSE(merged.ok()) << step;
-        EXPECT_EQ(merged.error().text, "No space left on device");
-        EXPECT_EQ(Content(), before) << step;
+        ASSERT_EQ(merged.ok(), step > kReads + kWrites) << step;
+        EXPECT_EQ(Content() != before, merged.ok()) << step;
     }
-    FailingStore failing_later(*store, kWrites + 1);
-    ASSERT_TRUE(regedit::MergeFile(*files, failing_later, file).ok());
-    EXPECT_NE(Content(), before);
 }
 
 TEST_F(RegeditTest, AnExportMovesAKeyWithAllBelowItToAnotherStore) {
@@ -142,32 +96,6 @@ TEST_F(RegeditTest, AnExportMovesAKeyWithAllBelowItToAnotherStore) {
     EXPECT_EQ(regedit::MergeFile(*files, *other, exported).value(), 0U);
     ASSERT_TRUE(regedit::ExportKey(*files, *other, file, "HKEY_CURRENT_USER\\Software").ok());
     EXPECT_EQ(ReadFile(file), "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software]\r\n\r\n" + text);
-}
-
-TEST_F(RegeditTest, AnExportThatFailsLeavesTheOldFile) {
-    const std::string key = "HKEY_CURRENT_USER\\A";
-    Merge("REGEDIT4\n[" + key + "]\n\"a\"=\"b\"\n");
-    WriteFile(file, "old");
-    const std::pair<std::string, ErrorKind> samples[] = {
-        {"HKEY_CURRENT_USER\\None", ErrorKind::NotFound},
-        {key + "\\\\", ErrorKind::NotFound},
-        {"HKEY_NONE\\A", ErrorKind::Malformed},
-        {"", ErrorKind::Malformed},
-    };
-    for (const auto& [bad, kind] : samples) {
-        const auto exported = regedit::ExportKey(*files, *store, file, bad);
-        ASSERT_FALSE(exported.ok()) << bad;
-        EXPECT_EQ(exported.error().kind, kind) << bad;
-        EXPECT_EQ(ReadFile(file), "old") << bad;
-    }
-    constexpr int kStepsToTheRename = 4;
-    for (int step = 1; step <= kStepsToTheRename; ++step) {
-        FailingFiles failing(*files, step, FailingFiles::At::Fail);
-        EXPECT_FALSE(regedit::ExportKey(failing, *store, file, key).ok()) << step;
-        EXPECT_EQ(ReadFile(file), "old") << step;
-    }
-    EXPECT_THAT(files->List(folder.path()).value(),
-                testing::Not(testing::Contains(testing::HasSubstr(".new"))));
 }
 
 }  // namespace

@@ -9,7 +9,8 @@
 
 namespace velto::test {
 
-enum class RegistryCall { None, OpenKey, Query, EnumerateSubkey, EnumerateValue, Close };
+// A Step is one of a transaction: a key made, a value set, or the commit.
+enum class RegistryCall { None, OpenKey, Query, EnumerateSubkey, EnumerateValue, Close, Step };
 
 class FailingRegistry : public platform::RegistryStore {
   public:
@@ -30,7 +31,10 @@ class FailingRegistry : public platform::RegistryStore {
         return Wrapped(path, real_.CreateKey(path));
     }
     platform::Result<std::unique_ptr<platform::RegistryTransaction>> Begin() override {
-        return real_.Begin();
+        auto real = real_.Begin();
+        if (!real.ok()) return real;
+        return std::unique_ptr<platform::RegistryTransaction>(
+            std::make_unique<Transaction>(*this, std::move(real).value()));
     }
     platform::Status Visit(std::string_view path, platform::RegistryVisitor& visitor) override {
         return real_.Visit(path, visitor);
@@ -66,6 +70,27 @@ class FailingRegistry : public platform::RegistryStore {
         FailingRegistry& store_;
         std::string path_;
         std::unique_ptr<platform::RegistryKey> real_;
+    };
+
+    class Transaction : public platform::RegistryTransaction {
+      public:
+        Transaction(FailingRegistry& store, std::unique_ptr<platform::RegistryTransaction> real)
+            : store_(store), real_(std::move(real)) {}
+        platform::Status CreateKey(std::string_view path) override {
+            return store_.Fails(RegistryCall::Step, path) ? Failure() : real_->CreateKey(path);
+        }
+        platform::Status SetValue(std::string_view path, std::string_view name,
+                                  const platform::RegistryValue& value) override {
+            if (store_.Fails(RegistryCall::Step, path)) return Failure();
+            return real_->SetValue(path, name, value);
+        }
+        platform::Status Commit() override {
+            return store_.Fails(RegistryCall::Step, "") ? Failure() : real_->Commit();
+        }
+
+      private:
+        FailingRegistry& store_;
+        std::unique_ptr<platform::RegistryTransaction> real_;
     };
 
     platform::Result<std::unique_ptr<platform::RegistryKey>> Wrapped(
