@@ -16,9 +16,7 @@
 namespace velto::platform {
 namespace {
 
-using namespace std::chrono_literals;
 using test::ForkedChild;
-using Clock = std::chrono::steady_clock;
 
 constexpr auto kKey = "HKEY_CURRENT_USER\\Software\\epsxe";
 constexpr const char* kTogether[] = {"together 1", "together 2", "together 3"};
@@ -43,12 +41,6 @@ std::unique_ptr<RegistryStore> OpenStore(const std::string& file) {
     return store;
 }
 
-void SetTogether(RegistryTransaction& transaction, std::int64_t number) {
-    for (const char* name : kTogether) {
-        Require(transaction.SetValue(kKey, name, StringValue(std::to_string(number))));
-    }
-}
-
 // The number that the values which are written together all have.
 std::int64_t ReadTogether(RegistryStore& store) {
     struct Reader : RegistryVisitor {
@@ -68,7 +60,10 @@ std::int64_t ReadTogether(RegistryStore& store) {
 void Increment(RegistryStore& store) {
     const auto transaction = Take(store.Begin());
     const auto key = Take(store.OpenKey(kKey));
-    SetTogether(*transaction, std::stoll(Take(key->Query(kTogether[0])).data) + 1);
+    const auto number = std::stoll(Take(key->Query(kTogether[0])).data) + 1;
+    for (const char* name : kTogether) {
+        Require(transaction->SetValue(kKey, name, StringValue(std::to_string(number))));
+    }
     Require(transaction->Commit());
 }
 
@@ -78,64 +73,39 @@ class RegistryProcesses : public testing::Test {
     std::string file_ = folder_ / "registry.db";
 };
 
-TEST_F(RegistryProcesses, EightLoseNothingAndNoneWaitsForLong) {
-    // The aim is half a second for each step, and all are well below it when the machine is idle;
-    // here other tests may run, and flush, at the same time.
-    constexpr auto kLongestRound = 5s;
-    const auto work = [&](const auto& tell) {
-        std::unique_ptr<RegistryStore> store;
-        std::int64_t writes = 0;
-        std::int64_t last = 0;
-        const auto end = Clock::now() + 1s;
-        for (auto begin = Clock::now(); begin < end; ++writes) {
-            if (writes % 10 == 0) store.reset();
-            if (!store) store = OpenStore(file_);
-            Increment(*store);
-            const auto number = ReadTogether(*store);
-            Require(number > std::exchange(last, number), "a write is gone");
-            const auto length = Clock::now() - std::exchange(begin, Clock::now());
-            Require(length < kLongestRound, "it waited for too long");
-        }
-        tell(writes);
-        return 0;
-    };
-    std::deque<ForkedChild> children;
-    while (children.size() < 8) children.emplace_back(work);
-    std::int64_t writes = 0;
-    for (auto& child : children) {
-        writes += child.Next().value_or(0);
-        EXPECT_EQ(child.Wait(), 0);
-    }
-    EXPECT_EQ(ReadTogether(*OpenStore(file_)), writes);
-}
-
-TEST_F(RegistryProcesses, KeepWhatWasCommittedWhenOneIsKilledAtAnyMoment) {
+TEST_F(RegistryProcesses, LoseNothingThatWasCommittedAtWhateverMomentTheyAreKilled) {
     std::mt19937 random(20240611);
-    for (int round = 0; round < 40; ++round) {
-        // A new store every other time, so that some die while they make it.
-        const auto file = folder_ / std::to_string(round / 2);
-        const std::string filler(random() % 60'000, 'x');
-        ForkedChild child([&](const auto& tell) {
-            const auto store = OpenStore(file);
-            for (auto number = ReadTogether(*store) + 1;; ++number) {
-                const auto transaction = Take(store->Begin());
-                SetTogether(*transaction, number);
-                Require(transaction->SetValue(kKey, "filler" + std::to_string(number % 50),
-                                              StringValue(filler)));
-                Require(transaction->Commit());
-                tell(number);
+    for (int round = 0; round < 12; ++round) {
+        const auto file = folder_ / std::to_string(round);
+        const auto work = [&](const auto& tell) {
+            std::unique_ptr<RegistryStore> store;
+            for (std::int64_t last = 0;;) {
+                if (last % 10 == 0) store.reset();  // the last one to close it tidies up
+                if (!store) store = OpenStore(file);
+                Increment(*store);
+                tell(1);
+                const auto number = ReadTogether(*store);
+                Require(number > std::exchange(last, number), "a write is gone");
             }
             return 0;
-        });
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 60'000 >> random() % 5));
-        child.Kill();
-        std::optional<std::int64_t> committed;
-        while (const auto told = child.Next()) committed = told;
-        EXPECT_EQ(child.Wait(), SIGKILL);
+        };
+        std::deque<ForkedChild> children;
+        while (children.size() < 8) children.emplace_back(work);
+        std::int64_t told = 0;
+        // None of the first ones may starve; many of the others die while they make the store.
+        for (auto child = children.begin(); round == 0 && child != children.end(); ++child) {
+            told += child->Next() ? 1 : 0;
+        }
+        EXPECT_EQ(told, round == 0 ? 8 : 0);
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 60'000));
+        for (auto& child : children) child.Kill();
+        for (auto& child : children) {
+            while (child.Next()) ++told;
+            EXPECT_EQ(child.Wait(), SIGKILL);
+        }
         const auto found = ReadTogether(*OpenStore(file));
-        // The one behind the last may have been committed and not told.
-        const auto at_least = committed.value_or(found);
-        EXPECT_TRUE(found == at_least || found == at_least + 1) << found;
+        EXPECT_GE(found, told);
+        EXPECT_LE(found, told + 8) << "each may have died before it told";
     }
 }
 
@@ -152,7 +122,7 @@ TEST_F(RegistryProcesses, TakeAWholeTransactionBackWhenTheDiskIsFull) {
         std::signal(SIGXFSZ, SIG_IGN);
         let_files_grow_to(rlim_t{6} << 20);
         auto transaction = Take(store->Begin());
-        SetTogether(*transaction, 1);
+        Require(transaction->SetValue(kKey, kTogether[0], StringValue("1")));
         int stored = 0;
         while (stored < 20 && transaction->SetValue(kKey, std::to_string(stored), large).ok()) {
             ++stored;
