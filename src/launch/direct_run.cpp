@@ -10,7 +10,7 @@
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/stored_path.h"
-#include "store/key_table.h"
+#include "store/option_table.h"
 #include "store/registry_editor.h"
 #include "store/velto_settings.h"
 

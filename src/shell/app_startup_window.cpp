@@ -10,7 +10,7 @@
 #include <QVBoxLayout>
 
 #include "shell/paths_dialog.h"
-#include "store/key_table.h"
+#include "store/option_table.h"
 #include "widgets/owned.h"
 #include "widgets/text.h"
 

@@ -12,7 +12,7 @@
 
 #include "gamepad/pad_set.h"
 #include "store/config_file.h"
-#include "store/key_table.h"
+#include "store/option_table.h"
 
 namespace velto {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "platform/registry.h"
-#include "store/key_table.h"
+#include "store/option_table.h"
 #include "store/velto_settings.h"
 
 namespace velto {

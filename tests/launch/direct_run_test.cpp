@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "launch/emulator_values.h"
-#include "store/key_table.h"
+#include "store/option_table.h"
 #include "store/velto_settings.h"
 #include "support/config_text.h"
 #include "support/home_test.h"

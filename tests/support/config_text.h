@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "store/config_file.h"
-#include "store/key_table.h"
+#include "store/option_table.h"
 
 namespace velto::test {
 

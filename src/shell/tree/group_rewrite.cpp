@@ -8,7 +8,7 @@
 #include "platform/replace_file.h"
 #include "platform/waiting.h"
 #include "store/config_file.h"
-#include "store/key_table.h"
+#include "store/option_table.h"
 
 namespace velto {
 namespace {

@@ -1,4 +1,4 @@
-#include "store/key_table.h"
+#include "store/option_table.h"
 
 #include <algorithm>
 #include <array>
