@@ -8,8 +8,8 @@
 
 #include <stdexcept>
 
-#include "launch/emulator_values.h"
 #include "platform/registry.h"
+#include "store/option_table.h"
 #include "store/velto_settings.h"
 
 namespace velto::bench {

@@ -16,10 +16,10 @@
 #include <thread>
 #include <vector>
 
-#include "launch/emulator_values.h"
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/registry.h"
+#include "store/option_table.h"
 #include "store/velto_settings.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include "launch/direct_run.h"
 
-#include <array>
 #include <tuple>
 #include <utility>
 
+#include "launch/emulator_values.h"
 #include "platform/ascii.h"
 #include "platform/environment.h"
 #include "platform/file_search.h"
@@ -17,17 +17,6 @@
 namespace velto {
 namespace {
 
-// The texts of a file's options, each found by its key.
-class OptionTexts {
-  public:
-    std::string& operator[](Key key) { return texts_[static_cast<std::size_t>(key)]; }
-    const std::string& operator[](Key key) const { return texts_[static_cast<std::size_t>(key)]; }
-    bool Flag(Key key) const { return FlagFromText(RowOf(key), (*this)[key]); }
-
-  private:
-    std::array<std::string, kKeyCount> texts_;
-};
-
 // More than any path or list needs, and less than a registry string or a program's argument holds.
 constexpr std::size_t kLongestOption = 0xFFFF;
 
@@ -37,50 +26,20 @@ bool IsUsable(const std::string& text) {
 }
 
 // Nothing if the file is corrupted.
-std::optional<OptionTexts> ReadOptionTexts(const CConfigFile& file) {
+std::optional<OptionTexts> ReadTexts(const CConfigFile& file) {
     const auto generation = GenerationOf(file.ReadEntry(RowOf(Key::fileVersion).name));
     OptionTexts texts;
-    for (const auto& row : KeyTable()) {
+    for (const auto& row : OptionTable()) {
         if (!row.directNeeds) continue;
         auto& text = texts[row.key];
-        text = Carries(generation, row) ? file.ReadEntry(row.name) : std::string(row.directAbsent);
+        if (Carries(generation, row)) {
+            text = file.ReadEntry(row.name);
+        } else {
+            text = row.directBefore.empty() ? row.standard : row.directBefore;
+        }
         if (!IsUsable(text)) return {};
     }
     return texts;
-}
-
-EmulatorSettings SettingsFrom(const OptionTexts& texts) {
-    EmulatorSettings settings;
-    settings.enablePPF = texts.Flag(Key::enablePPF);
-    settings.bios = texts[Key::bios];
-    settings.driveLetter = texts[Key::driveLetter].front();
-    settings.cdrFileName = texts[Key::cdrFileName];
-    settings.region = texts[Key::region];
-    settings.memcard1 = texts[Key::memcard1];
-    settings.memcard2 = texts[Key::memcard2];
-    settings.enableCDDA = texts.Flag(Key::enableCDDA);
-    settings.spuFileName = texts[Key::spuFileName];
-    settings.enableSpuIRQ = texts.Flag(Key::enableSpuIRQ);
-    settings.enableXA = texts.Flag(Key::enableXA);
-    settings.storeSubChannel = texts.Flag(Key::storeSubChannel);
-    settings.storeSubChannelLG = texts.Flag(Key::storeSubChannelLG);
-    settings.readSubChannel = texts.Flag(Key::readSubChannel);
-    settings.gpuFileName = texts[Key::gpuFileName];
-    settings.netFileName = texts[Key::netFileName];
-    settings.padAxis = texts[Key::padAxis];
-    settings.bMotorType = texts[Key::bMotorType];
-    settings.motorType = texts[Key::motorType];
-    settings.sMotorType = texts[Key::sMotorType];
-    settings.padType = texts[Key::padType];
-    settings.keys1 = texts[Key::keys1];
-    settings.keys2 = texts[Key::keys2];
-    settings.keys3 = texts[Key::keys3];
-    settings.keys4 = texts[Key::keys4];
-    settings.multiTap = texts.Flag(Key::multiTap);
-    settings.imageFileName = texts[Key::imageFileName];
-    // By the file's name: there is no plug-in catalogue here.
-    settings.imagePlugin = platform::Lower(settings.cdrFileName) == "cdrmooby2.dll";
-    return settings;
 }
 
 // Whether the file is there, in exactly this spelling; reports if it isn't.
@@ -109,13 +68,15 @@ bool StartEmulator(const CVeltoSettings& settings, const std::string& arguments)
 }  // namespace
 
 std::optional<DirectConfig> ReadDirectConfig(const CConfigFile& file) {
-    const auto texts = ReadOptionTexts(file);
+    const auto texts = ReadTexts(file);
     if (!texts) return {};
-    DirectConfig config;
-    config.settings = SettingsFrom(*texts);
-    config.commandLine = (*texts)[Key::commandLine];
-    config.internalIso = platform::Upper(config.settings.cdrFileName) == "ISO";
-    return config;
+    // By the file's name: there is no plug-in catalogue here.
+    const auto& driver = (*texts)[Key::cdrFileName];
+    const bool image_plugin = platform::Lower(driver) == "cdrmooby2.dll";
+    const bool internal_iso = platform::Upper(driver) == "ISO";
+    return DirectConfig{EmulatorValues(*texts, image_plugin),
+                        WithoutGui(EmulatorArguments((*texts)[Key::commandLine], internal_iso,
+                                                     (*texts)[Key::imageFileName]))};
 }
 
 bool RunDirect(const std::string& name) {
@@ -129,7 +90,7 @@ bool RunDirect(const std::string& name) {
     // A file that has vanished by now has no keys.
     auto opened = CConfigFile::Open(platform::JoinPath(folder, file));
     const auto text = opened.ok() ? std::move(opened).value() : CConfigFile();
-    if (text.ReadEntry("magicCFG") == "true") {
+    if (IsPortable(text)) {
         platform::Report(
             "Personal preferences not verified.\n  You need to run this file via the editor at "
             "least once before using command lines.",
@@ -143,10 +104,8 @@ bool RunDirect(const std::string& name) {
     }
 
     // If they can't be written, the emulator has its former ones.
-    std::ignore = platform::WriteValues(platform::Registry(), EmulatorValues(config->settings));
-    return StartEmulator(settings,
-                         WithoutGui(EmulatorArguments(config->commandLine, config->internalIso,
-                                                      config->settings.imageFileName)));
+    std::ignore = platform::WriteValues(platform::Registry(), config->values);
+    return StartEmulator(settings, config->arguments);
 }
 
 }  // namespace velto

@@ -4,17 +4,17 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "launch/emulator_values.h"
+#include "platform/registry.h"
 #include "store/config_file.h"
 
 namespace velto {
 
-// What a direct run takes from a configuration.
+// A configuration as the emulator gets it.
 struct DirectConfig {
-    EmulatorSettings settings;
-    std::string commandLine;
-    bool internalIso = false;  // the emulator's own image driver
+    std::vector<platform::RegistryWrite> values;
+    std::string arguments;
 };
 
 // Reads what the file's version carries. Nothing if a key that it should carry is missing or

@@ -4,7 +4,6 @@
 #include <system_error>
 #include <tuple>
 
-#include "launch/apply_to_registry.h"
 #include "launch/emulator_values.h"
 #include "platform/ascii.h"
 #include "platform/file_search.h"

@@ -7,7 +7,6 @@
 #include "platform/files.h"
 #include "platform/line_ends.h"
 #include "platform/message_box.h"
-#include "store/list_text.h"
 
 namespace velto {
 namespace {
@@ -62,18 +61,6 @@ int CConfigFile::FindEntryLine(std::string_view key) const {
     }
     const auto end = text_.begin() + static_cast<std::ptrdiff_t>(at);
     return static_cast<int>(std::count(text_.begin(), end, '\n'));
-}
-
-void CConfigFile::WriteList(std::string_view key, const std::vector<std::string>& list) {
-    WriteEntry(key, list.empty() ? kUnset : JoinList(list, ','));
-}
-
-bool CConfigFile::ReadList(std::string_view key, std::vector<std::string>& list) const {
-    const auto value = ReadEntry(key);
-    if (value.empty()) return true;
-    if (value == kUnset) return false;
-    for (const auto& item : SplitList(value, ',')) list.push_back(platform::Upper(item));
-    return false;
 }
 
 }  // namespace velto

@@ -12,7 +12,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/result.h"
 
@@ -53,13 +52,6 @@ class CConfigFile {
     // The number, from 0, of the first line that contains `key` itself. If there is none: a
     // message, and -1.
     int FindEntryLine(std::string_view key) const;
-
-    // Items joined by commas; `NULL` for an empty list.
-    void WriteList(std::string_view key, const std::vector<std::string>& list);
-
-    // Appends the items of the entry, in upper case, to `list`; `NULL` has none. True if the key
-    // is missing or empty.
-    bool ReadList(std::string_view key, std::vector<std::string>& list) const;
 
     // All lines, with LF line ends.
     const std::string& text() const { return text_; }

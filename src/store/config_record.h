@@ -12,7 +12,7 @@
 
 #include "gamepad/pad_set.h"
 #include "store/config_file.h"
-#include "store/option_table.h"
+#include "store/option_texts.h"
 
 namespace velto {
 
@@ -67,8 +67,14 @@ struct LoadedRecord {
 // defaults.
 LoadedRecord ReadRecord(const CConfigFile& file, const PluginNames& display_name);
 
+// As a file says it.
+OptionTexts TextsOf(const ConfigRecord& record);
+
 // A saved file, of which `plugin_lines` are the lines of the plug-in section, each with its line
 // end. `magic` makes it a portable one.
 CConfigFile WriteRecord(const ConfigRecord& record, std::string_view plugin_lines, bool magic);
+
+// Whether the file is a portable one, which has yet to be adapted to its user.
+bool IsPortable(const CConfigFile& file);
 
 }  // namespace velto

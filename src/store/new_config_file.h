@@ -8,8 +8,8 @@
 
 namespace velto {
 
-// A configuration of this group. Its values are the key table's, and the gamepads as the emulator
-// left them in its own registry key; what isn't there is an empty value.
+// A configuration of this group. Its values are the option table's, and the gamepads as the
+// emulator left them in its own registry key; what isn't there is an empty value.
 CConfigFile NewConfigFile(const std::string& group);
 
 }  // namespace velto

@@ -10,6 +10,7 @@
 #include "platform/message_box.h"
 #include "platform/replace_file.h"
 #include "store/config_file.h"
+#include "store/config_layout.h"
 
 namespace velto {
 namespace {
@@ -27,12 +28,12 @@ constexpr std::size_t kLargestDump = kLargestConfigFile - (std::size_t{1} << 20)
 
 struct Branch {
     std::string_view path;
-    std::string_view title;
+    std::string_view kind;
 };
 constexpr std::array<Branch, 3> kBranches = {{
-    {kGpuBranch, ";#//GPU plugins"},
-    {kCdrBranch, ";#//CDR plugins"},
-    {kSpuBranch, ";#//SPU plugins"},
+    {kGpuBranch, "GPU"},
+    {kCdrBranch, "CDR"},
+    {kSpuBranch, "SPU"},
 }};
 
 void Report(const char* text, const char* caption = "Tavo Screwed up") {
@@ -118,11 +119,10 @@ std::string FormatByType(RegistryKey& key, const std::string& name, RegistryType
 }
 
 std::string DumpText() {
-    const std::string banner_rule = ";#" + std::string(59, '/') + "\n";
     std::string text = "REGEDIT4 \n";
-    for (const auto& [path, title] : kBranches) {
+    for (const auto& [path, kind] : kBranches) {
         if (path != kBranches.front().path) text += ";#\n";
-        text.append(banner_rule).append(title).append("\n").append(banner_rule);
+        text += PluginBanner(kind);
         DumpBranch(text, path);
     }
     return text;

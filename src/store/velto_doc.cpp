@@ -38,7 +38,7 @@ bool CVeltoDoc::LoadConfig(const std::string& name) {
             "used for the corrupted values.  It is recommended that you review all settings and "
             "change as necessary",
             "File Corrupted", platform::BoxIcon::Warning);
-    } else if (FlagFromText(RowOf(Key::magicCFG), file.ReadEntry(RowOf(Key::magicCFG).name))) {
+    } else if (IsPortable(file)) {
         editor_.AdaptPortable(*this, name);
     }
     return false;

@@ -9,6 +9,7 @@
 #include "launch/direct_run.h"
 #include "platform/line_ends.h"
 #include "store/config_record.h"
+#include "store/option_table.h"
 #include "store/velto_doc.h"
 
 namespace {
@@ -39,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string bytes(data, data + size);
     const velto::CConfigFile file(velto::platform::FromDiskText(bytes));
     bool plain = file.ReadEntry("psxid").find(',') == std::string::npos;
-    for (const auto& row : velto::KeyTable()) {
+    for (const auto& row : velto::OptionTable()) {
         const auto value = file.ReadEntry(row.name);
         Demand(value.find_first_of("=\n") == std::string::npos);
         velto::CConfigFile copy;
@@ -53,6 +54,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Demand(!plain || again.text() == saved.text());
 
     const auto config = velto::ReadDirectConfig(file);
-    Demand(!config || velto::EmulatorValues(config->settings).size() >= 29);
+    Demand(!config || config->values.size() >= velto::EmulatorValueNames().size());
     return 0;
 }

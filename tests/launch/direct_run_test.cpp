@@ -34,7 +34,7 @@ Texts ValuesOf(const Texts& options, const Keys& left_out = {}) {
     const auto config = ReadDirectConfig(CConfigFile(ConfigText("1.67.160", options, left_out)));
     if (!config) return {};
     Texts values;
-    for (const auto& write : EmulatorValues(config->settings)) {
+    for (const auto& write : config->values) {
         values.push_back(write.name + "=" + write.value.data.c_str());
     }
     return values;
@@ -120,7 +120,7 @@ TEST(DirectConfig, TakesForKeysOfLaterVersionsWhatThatVersionMeant) {
         const bool no_image = Value(absent, Contains(Key::imageFileName));
         EXPECT_THAT(values, Contains(no_image ? "autorun=NULL" : "autorun=i.bin"));
 
-        for (const auto& row : KeyTable()) {
+        for (const auto& row : OptionTable()) {
             const bool optional =
                 Value(absent, Contains(row.key)) || Value(never, Contains(row.key));
             // Without its own line a shorter key finds that of a longer one.

@@ -10,8 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "launch/apply_to_registry.h"
 #include "launch/direct_run.h"
+#include "launch/emulator_values.h"
 #include "platform/libraries.h"
 #include "regedit/regedit.h"
 #include "shell/app_startup.h"
@@ -220,7 +220,7 @@ TEST_F(LaunchTest, TheRecordReachesTheEmulatorAsItsFileReachesADirectRun) {
     document.cdrIsMooby = true;
     const auto direct = ReadDirectConfig(WriteRecord(document, "", false));
     ApplyToRegistry(document);
-    for (const auto& write : EmulatorValues(direct.value().settings)) {
+    for (const auto& write : direct.value().values) {
         const auto key = registry->OpenKey(write.path);
         EXPECT_EQ(key.value()->Query(write.name).value(), write.value) << write.name;
     }

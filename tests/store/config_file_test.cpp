@@ -38,26 +38,10 @@ TEST(ReadEntry, TakesTheFirstLineThatHoldsTheKeyAndCutsItDown) {
     }
 }
 
-TEST(ConfigLists, AreCommaJoinedAndReadInUpperCase) {
+TEST(WriteEntry, LetsNoByteOfAValueEndItsLine) {
     CConfigFile file;
     file.WriteEntry("bios", "a\nb\r\nc\0d\te\x7f\xE9"s);
-    file.WriteList("psxIdExt", {"SLUS_123", "abc"});
-    file.WriteList("none", {});
-    EXPECT_EQ(file.text(),
-              "; bios = a b  c d e\x7f\xE9\n; psxIdExt = SLUS_123,abc\n; none = NULL\n")
-        << "and no byte of a value ends its line";
-
-    const std::tuple<std::string, bool, std::vector<std::string>> cases[] = {
-        {"; psxIdExt = slus_123,,abc", false, {"before", "SLUS_123", "ABC"}},
-        {"; psxIdExt = ,a,", false, {"before", "A"}},
-        {"; psxIdExt = NULL", false, {"before"}},
-        {"; psxIdExt = ", true, {"before"}},
-    };
-    for (const auto& [text, missing, items] : cases) {
-        std::vector<std::string> list = {"before"};
-        EXPECT_EQ(CConfigFile(text).ReadList("psxIdExt", list), missing) << text;
-        EXPECT_EQ(list, items) << text;
-    }
+    EXPECT_EQ(file.text(), "; bios = a b  c d e\x7f\xE9\n");
 }
 
 class FindEntryLine : public HomeTest {};

@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "launch/direct_run.h"
 #include "store/document_test.h"
 #include "support/config_text.h"
 #include "support/failing_files.h"
@@ -115,25 +114,6 @@ TEST(ReadRecord, TakesAnyTextInAFlagAndAnEmptyId) {
     EXPECT_TRUE(record.enableXA);
     EXPECT_THAT(record.psxIdExt, IsEmpty());
     EXPECT_TRUE(Load(CConfigFile()).corrupted);
-}
-
-TEST(ReadRecord, AgreesWithTheDirectRunOnEveryFileThatThisTakes) {
-    for (const auto& [version, step] : kVersions) {
-        if (version.empty()) continue;
-        const auto direct = ReadDirectConfig(FileOf(version));
-        ASSERT_TRUE(direct) << version;
-        const auto record = Load(FileOf(version)).record;
-        const auto tie = [](const auto& s) {
-            return std::tie(s.enablePPF, s.bios, s.driveLetter, s.cdrFileName, s.region, s.memcard1,
-                            s.memcard2, s.enableCDDA, s.spuFileName, s.enableSpuIRQ, s.enableXA,
-                            s.storeSubChannel, s.storeSubChannelLG, s.readSubChannel, s.gpuFileName,
-                            s.netFileName, s.multiTap, s.imageFileName);
-        };
-        EXPECT_EQ(tie(direct->settings), tie(record)) << version;
-        EXPECT_EQ(direct->commandLine, record.commandLine);
-        EXPECT_EQ(direct->settings.keys1, record.pads.At(1).GetKeyString());
-        EXPECT_EQ(direct->settings.keys4, record.pads.At(4).GetKeyString());
-    }
 }
 
 class LoadTest : public DocumentTest {

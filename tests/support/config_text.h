@@ -19,11 +19,11 @@ inline std::string ConfigText(std::string_view version,
                               std::string_view plugin_lines = "") {
     std::string text = "REGEDIT4\r\n";
     for (const auto& option : options) text.append("; ").append(option).append("\r\n");
-    for (const auto& row : KeyTable()) {
+    for (const auto& row : OptionTable()) {
         if (row.key == Key::magicCFG || !Carries(GenerationOf(version), row)) continue;
         if (std::find(left_out.begin(), left_out.end(), row.key) != left_out.end()) continue;
         text.append("; ").append(row.name).append(" = ");
-        text.append(row.key == Key::fileVersion ? version : row.onLoad.value_or("1,2,3"));
+        text.append(row.key == Key::fileVersion ? version : row.standard);
         text.append(" \r\n");
     }
     return text.append(plugin_lines);
