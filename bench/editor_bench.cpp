@@ -39,7 +39,7 @@ std::string TextOf(const fs::path& file) {
 
 // The demo's configuration in a group of this name.
 std::string Configuration(const std::string& group) {
-    static const auto text = TextOf(fs::path(VELTO_DEMO_FOLDER) / "config/Demo Disc.dta");
+    static const auto text = TextOf(velto::bench::Program("demo-home/config/Demo Disc.dta"));
     const std::string key = "; fileGroup = ";
     const auto begin = text.find(key) + key.size();
     return text.substr(0, begin) + group + text.substr(text.find("\r\n", begin));

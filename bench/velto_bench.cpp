@@ -37,7 +37,7 @@ class BenchHome {
   public:
     BenchHome() {
         fs::create_directory(folder_.path() / "config");
-        fs::copy(fs::path(VELTO_DEMO_FOLDER) / "config/Demo Disc.dta", Config());
+        fs::copy(Program("demo-home/config/Demo Disc.dta"), Config());
         setenv("VELTO_HOME", folder_.path().c_str(), 1);
         unsetenv("VELTO_REGEDIT");
         const auto store = platform::MakeSqliteRegistry(Registry());

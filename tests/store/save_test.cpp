@@ -68,7 +68,7 @@ class SaveTest : public DocumentTest {
 
 TEST_F(SaveTest, ASavedFileComesBackByteForByte) {
     for (const auto* name : {"Demo Disc", "Image Disc"}) {
-        const auto text = ReadFile(VELTO_DEMO_FOLDER "/config/"s + name + ".dta");
+        const auto text = ReadFile(BinaryFolder() + "/demo-home/config/" + name + ".dta");
         WriteConfig(name, text);
         EXPECT_EQ(SavedAgain(name), text);
     }
