@@ -16,7 +16,7 @@ int Run(const std::vector<std::string>& arguments) {
     const velto::platform::RealHost host;
     const auto& program = host.environment().program;
     velto::WindowsLoader windows(program);
-    const velto::platform::HostScope scope(host.Services(windows));
+    const velto::platform::HostScope scope(host.Services(windows, windows));
 
     velto::CVeltoApp app(velto::CommandLineText(program, arguments), windows);
     app.InitInstance();

@@ -9,6 +9,7 @@
 #include "shell/main_frame_window.h"
 #include "shell/windows.h"
 #include "widgets/box_presenter.h"
+#include "widgets/wait_presenter.h"
 
 namespace velto {
 namespace {
@@ -22,9 +23,11 @@ class EditorModule : public Windows {
         // The editor lives on in the tray.
         QApplication::setQuitOnLastWindowClosed(false);
         boxes_ = std::make_unique<BoxPresenter>();
+        waiting_ = std::make_unique<WaitPresenter>();
     }
 
     platform::MessageBoxes& Boxes() override { return *boxes_; }
+    platform::WaitingService& Waiting() override { return *waiting_; }
     void RunEditor(const std::string& configDir) override;
     void Close() override;
 
@@ -34,6 +37,7 @@ class EditorModule : public Windows {
     char* arguments_[2] = {name_, nullptr};
     std::unique_ptr<QApplication> application_;
     std::unique_ptr<BoxPresenter> boxes_;
+    std::unique_ptr<WaitPresenter> waiting_;
 };
 
 std::unique_ptr<EditorModule> module;
@@ -55,6 +59,7 @@ void EditorModule::RunEditor(const std::string& configDir) {
     launch.StopTelling();
     frame.reset();
     boxes_->Close();
+    waiting_->Close();
     application_.reset();
     LeaveToNextProcess();
     launch.Wait();
@@ -62,6 +67,7 @@ void EditorModule::RunEditor(const std::string& configDir) {
 
 void EditorModule::Close() {
     boxes_->Close();
+    waiting_->Close();
     module.reset();
 }
 

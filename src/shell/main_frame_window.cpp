@@ -246,6 +246,8 @@ void CMainFrameWindow::closeEvent(QCloseEvent* event) {
         later_.Call([this] { close(); });
         return event->ignore();
     }
+    // Something is under way that the window is still needed for.
+    if (RaiseDialog()) return event->ignore();
     if (!closed_ && !frame_->OnClose()) return event->ignore();
     closed_ = true;
     event->accept();

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/message_box.h"
+#include "platform/waiting.h"
 
 namespace velto {
 
@@ -16,6 +17,8 @@ class Windows {
 
     // Shows boxes on the thread that asked for the windows first. Any thread may ask.
     virtual platform::MessageBoxes& Boxes() = 0;
+    // Shows what is waited for on that thread.
+    virtual platform::WaitingService& Waiting() = 0;
 
     // The editor on the configurations of this folder, a host path without a separator at its end:
     // from its preparations to its end.

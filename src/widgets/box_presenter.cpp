@@ -36,30 +36,6 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
     return QMessageBox::NoIcon;
 }
 
-// Lets a line end inside words that are longer than any word is: names of files, which may have
-// 255 characters, would make the box wider than the screen.
-QString Breakable(const QString& text) {
-    constexpr int kLongestWord = 24;
-    constexpr char16_t kZeroWidthSpace = 0x200B;
-    QString broken;
-    int run = 0;
-    for (const auto c : text) {
-        run = c.isLetterOrNumber() ? run + 1 : 0;
-        if (run > kLongestWord) {
-            broken += QChar(kZeroWidthSpace);
-            run = 1;
-        }
-        broken += c;
-    }
-    return broken;
-}
-
-QWidget* WindowInFront() {
-    auto* const modal = QApplication::activeModalWidget();
-    auto* const front = modal != nullptr ? modal : QApplication::activeWindow();
-    return front != nullptr && front->isVisible() ? front->window() : nullptr;
-}
-
 void AddButtons(QMessageBox& window, const platform::MessageBox& box) {
     if (box.buttons == BoxButtons::Ok) {
         window.addButton(QMessageBox::Ok)->setText("&OK");
@@ -92,6 +68,12 @@ struct Request {
 };
 
 }  // namespace
+
+QWidget* WindowInFront() {
+    auto* const modal = QApplication::activeModalWidget();
+    auto* const front = modal != nullptr ? modal : QApplication::activeWindow();
+    return front != nullptr && front->isVisible() ? front->window() : nullptr;
+}
 
 struct BoxPresenter::Waiting {
     std::mutex mutex;  // guards all requests too

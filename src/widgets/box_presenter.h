@@ -9,7 +9,12 @@
 
 #include "platform/message_box.h"
 
+class QWidget;
+
 namespace velto {
+
+// The dialog, or else the window, that the user has in front of all; null if there is none.
+QWidget* WindowInFront();
 
 class BoxPresenter : public platform::MessageBoxes {
   public:

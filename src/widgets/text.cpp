@@ -39,4 +39,20 @@ std::string ToBytes(const QString& text) {
     return text.toStdString();
 }
 
+QString Breakable(const QString& text) {
+    constexpr int kLongestWord = 24;
+    constexpr char16_t kZeroWidthSpace = 0x200B;
+    QString broken;
+    int run = 0;
+    for (const auto c : text) {
+        run = c.isLetterOrNumber() ? run + 1 : 0;
+        if (run > kLongestWord) {
+            broken += QChar(kZeroWidthSpace);
+            run = 1;
+        }
+        broken += c;
+    }
+    return broken;
+}
+
 }  // namespace velto

@@ -14,4 +14,8 @@ namespace velto {
 QString FromBytes(std::string_view bytes);
 std::string ToBytes(const QString& text);
 
+// Lets a line end inside words that are longer than any word is: names of files, which may have
+// 255 characters, would make a window wider than the screen.
+QString Breakable(const QString& text);
+
 }  // namespace velto

@@ -45,6 +45,17 @@ file() { [ -f "$VELTO_HOME/config/$1.dta" ]; }
 no_file() { ! file "$1"; }
 
 cd /
+printf '#!/bin/sh\nexec sleep 60\n' > "$work/hangs"
+chmod +x "$work/hangs"
+VELTO_REGEDIT=$work/hangs "$bin/velto" -direct 'Demo Disc' &
+direct=$!
+eventually xdotool search --onlyvisible --name '^Velto$' windowactivate --sync
+front Velto
+keys Escape
+front 'Registry editor'
+keys alt+y
+wait "$direct" || fail "a direct run whose registry editor hangs ended with $?"
+
 "$bin/velto" &
 editor=$!
 front 'Velto V1.67.160. Beta 4'

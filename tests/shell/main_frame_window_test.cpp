@@ -1,6 +1,7 @@
 #include "shell/main_frame_window.h"
 
 #include <QCheckBox>
+#include <QElapsedTimer>
 #include <QKeySequence>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -22,6 +23,7 @@
 #include "support/config_text.h"
 #include "support/home_test.h"
 #include "support/windows.h"
+#include "widgets/wait_presenter.h"
 
 namespace velto::test {
 namespace {
@@ -284,18 +286,28 @@ TEST_F(MainFrameWindowTest, ComesBackOnAScreenWhateverIsStored) {
     EXPECT_LE(window->width(), window->screen()->virtualSize().width());
 }
 
-TEST_F(MainFrameWindowTest, ANameHandedOverWaitsForAnOpenDialog) {
+TEST_F(MainFrameWindowTest, WhileItWaitsNothingIsDoneAndAHandedOverNameHasTime) {
     Open();
-    std::future<platform::HandOverResult> answer;
-    OnDialog<CNewConfigDialog>([&](auto& dialog) {
-        answer = std::async(std::launch::async, [&] { return instance->HandOver("Other"); });
-        QTest::qWait(300);
-        EXPECT_EQ(Tree().currentIndex().data().toString(), "My Epsxe");
-        Press(dialog, Qt::Key_Escape);
-    });
-    Entry("New Configuration").trigger();
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    WaitPresenter presenter;
+    auto wait = presenter.Begin({.what = "Waiting", .shown_after = {}});
+    auto answer = std::async(std::launch::async, [&] { return instance->HandOver("Other"); });
+    const auto answered = [&] {
+        return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    };
+    QElapsedTimer time;
+    for (time.start(); time.elapsed() < 300;) EXPECT_TRUE(wait->Continue());
+    const auto* const shown = QApplication::activeModalWidget();
+    ASSERT_NE(shown, nullptr);
+    for (const auto* entry : {"New Configuration", "Delete Config/Group", "Exit", "Hide Editor"}) {
+        Entry(entry).trigger();
+    }
+    window->close();
+    for (time.start(); time.elapsed() < 100;) EXPECT_TRUE(wait->Continue());
+    EXPECT_EQ(QApplication::activeModalWidget(), shown);
+    EXPECT_TRUE(window->isVisible() && boxes.shown.empty() && !answered());
+    EXPECT_EQ(Tree().currentIndex().data().toString(), "My Epsxe");
+    wait.reset();
+    EXPECT_TRUE(QTest::qWaitFor(answered));
     EXPECT_EQ(answer.get(), platform::HandOverResult::Answered);
     EXPECT_EQ(Tree().currentIndex().data().toString(), "Other");
 }

@@ -6,7 +6,6 @@
 #include <QDragMoveEvent>
 #include <QMenu>
 #include <QProcess>
-#include <QProgressDialog>
 #include <QToolTip>
 
 #include <gmock/gmock.h>
@@ -15,7 +14,6 @@
 #include "support/pages.h"
 #include "support/tree_home.h"
 #include "support/windows.h"
-#include "widgets/long_work.h"
 #include "widgets/text.h"
 
 namespace velto::test {
@@ -324,25 +322,6 @@ TEST_F(EpsxeTreeViewTest, GroupsStayOpenThroughARefresh) {
     EXPECT_EQ(Selected(), "My Epsxe");
     for (const QString open : {"Action", "Shooters"}) EXPECT_TRUE(view.isExpanded(Row(open)));
     for (const QString closed : {"Puzzle", "Alpha"}) EXPECT_FALSE(view.isExpanded(Row(closed)));
-}
-
-TEST_F(EpsxeTreeViewTest, LongWorkShowsItselfAndCanBeStopped) {
-    const auto window = [] {
-        return dynamic_cast<QProgressDialog*>(QApplication::activeModalWidget());
-    };
-    LongWork work(view);
-    EXPECT_TRUE(work.Report("Renaming", 0, 100));
-    EXPECT_EQ(window(), nullptr);
-    QTest::qSleep(320);
-    EXPECT_TRUE(work.Report("Renaming", 2, 100));
-    ASSERT_NE(window(), nullptr);
-    EXPECT_EQ(window()->windowModality(), Qt::ApplicationModal);
-    Click(*window(), "Cancel");
-    EXPECT_FALSE(work.Report("Renaming", 3, 100));
-    QTest::qWait(60);
-    Settle();
-    EXPECT_TRUE(work.Report("Renaming", 1, 100));
-    EXPECT_EQ(window(), nullptr) << "other work has its own time";
 }
 
 }  // namespace
