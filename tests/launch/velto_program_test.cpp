@@ -5,20 +5,24 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/instance.h"
 #include "store/velto_settings.h"
 #include "support/config_text.h"
 #include "support/home_test.h"
 #include "support/run_program.h"
+#include "support/variables.h"
 
 namespace velto::test {
 namespace {
 
 namespace fs = std::filesystem;
 
+using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -67,12 +71,22 @@ class VeltoProgramTest : public HomeTest {
                     StartsWith("Error: Unable to open the registry " + database + ": "));
         EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
     }
-    std::unique_ptr<RunningProgram> Listener(const std::string& milliseconds) const {
-        const auto run =
-            Program("hand-over-listener", {"velto", home_folder.path(), milliseconds}, "");
-        auto listener = std::make_unique<RunningProgram>(run, outputs.path());
-        EXPECT_TRUE(listener->Says("ready\n"));
-        return listener;
+    // The first process of the instance. It tells 1, then 1 for the name of the game and 0 for
+    // others, and spends that time on each.
+    std::unique_ptr<ForkedChild> Listener(std::chrono::milliseconds time) const {
+        auto first = std::make_unique<ForkedChild>([&, time](const ForkedChild::Tell& tell) {
+            const Variables variables({{"XDG_RUNTIME_DIR", runtime.path()}});
+            const auto instance = platform::MakeInstanceService("velto", home_folder.path());
+            const bool acquired = instance->Acquire().value();
+            const auto listener = instance->Listen([&](const std::string& name) {
+                tell(name == "A Game" ? 1 : 0);
+                std::this_thread::sleep_for(time);
+            });
+            tell(acquired && listener.ok() ? 1 : 0);
+            return pause();
+        });
+        EXPECT_EQ(first->Next(), 1);
+        return first;
     }
 
     TemporaryFolder runtime;
@@ -97,7 +111,7 @@ TEST_F(VeltoProgramTest, ADirectRunEndsWhileTheEmulatorGoesOn) {
 }
 
 TEST_F(VeltoProgramTest, RefusesWhatItDoesNotKnowBeforeAnythingElse) {
-    const auto listener = Listener("0");
+    const auto listener = Listener(0ms);
     const std::pair<Arguments, std::string> cases[] = {
         {{"-x"}, "Unknown Flag: -x  is not a recognised command\n"},
         {{"game"}, "Unknown Flag: - game is not a recognised command\n"},
@@ -107,12 +121,12 @@ TEST_F(VeltoProgramTest, RefusesWhatItDoesNotKnowBeforeAnythingElse) {
 }
 
 TEST_F(VeltoProgramTest, ASecondProcessHandsItsConfigurationOver) {
-    const auto listener = Listener("300");
+    const auto listener = Listener(300ms);
     const auto before = std::chrono::steady_clock::now();
     ExpectEnd(Velto(kGame), 0, "");
-    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(300))
+    EXPECT_GE(std::chrono::steady_clock::now() - before, 300ms)
         << "it waits until the first one has handled the name";
-    EXPECT_TRUE(listener->Says("A Game\n"));
+    EXPECT_EQ(listener->Next(), 1);
     EXPECT_EQ(StringOf(kEmulatorConfigKey, "Country"), std::nullopt) << "and runs nothing itself";
 
     ExpectEnd(Velto({}), 1, kRunning);

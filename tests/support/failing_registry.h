@@ -14,29 +14,27 @@ enum class RegistryCall { None, OpenKey, Query, EnumerateSubkey, EnumerateValue,
 
 class FailingRegistry : public platform::RegistryStore {
   public:
+    template <class T>
+    using Result = platform::Result<T>;
+    using Status = platform::Status;
     // Fails the calls of that kind on keys whose path ends in `on`, but for the first `spared`.
     FailingRegistry(platform::RegistryStore& real, RegistryCall call, std::string on, int spared)
         : real_(real), call_(call), on_(std::move(on)), spared_(spared) {}
 
-    platform::Status OpenStore(std::span<const platform::RegistryWrite> values) override {
+    Status OpenStore(std::span<const platform::RegistryWrite> values) override {
         return real_.OpenStore(values);
     }
-    platform::Result<std::unique_ptr<platform::RegistryKey>> OpenKey(
-        std::string_view path) override {
+    Result<std::unique_ptr<platform::RegistryKey>> OpenKey(std::string_view path) override {
         if (Fails(RegistryCall::OpenKey, path)) return Failure();
-        return Wrapped(path, real_.OpenKey(path));
+        return Wrapped<Key>(path, real_.OpenKey(path));
     }
-    platform::Result<std::unique_ptr<platform::RegistryKey>> CreateKey(
-        std::string_view path) override {
-        return Wrapped(path, real_.CreateKey(path));
+    Result<std::unique_ptr<platform::RegistryKey>> CreateKey(std::string_view path) override {
+        return Wrapped<Key>(path, real_.CreateKey(path));
     }
-    platform::Result<std::unique_ptr<platform::RegistryTransaction>> Begin() override {
-        auto real = real_.Begin();
-        if (!real.ok()) return real;
-        return std::unique_ptr<platform::RegistryTransaction>(
-            std::make_unique<Transaction>(*this, std::move(real).value()));
+    Result<std::unique_ptr<platform::RegistryTransaction>> Begin() override {
+        return Wrapped<Transaction>("", real_.Begin());
     }
-    platform::Status Visit(std::string_view path, platform::RegistryVisitor& visitor) override {
+    Status Visit(std::string_view path, platform::RegistryVisitor& visitor) override {
         return real_.Visit(path, visitor);
     }
 
@@ -45,23 +43,23 @@ class FailingRegistry : public platform::RegistryStore {
       public:
         Key(FailingRegistry& store, std::string path, std::unique_ptr<platform::RegistryKey> real)
             : store_(store), path_(std::move(path)), real_(std::move(real)) {}
-        platform::Result<platform::RegistryValue> Query(std::string_view name) override {
+        Result<platform::RegistryValue> Query(std::string_view name) override {
             if (store_.Fails(RegistryCall::Query, path_)) return Failure();
             return real_->Query(name);
         }
-        platform::Status Set(std::string_view name, const platform::RegistryValue& value) override {
+        Status Set(std::string_view name, const platform::RegistryValue& value) override {
             return real_->Set(name, value);
         }
-        platform::Result<std::optional<std::string>> EnumerateSubkey(std::size_t index) override {
+        Result<std::optional<std::string>> EnumerateSubkey(std::size_t index) override {
             if (store_.Fails(RegistryCall::EnumerateSubkey, path_)) return Failure();
             return real_->EnumerateSubkey(index);
         }
-        platform::Result<std::optional<platform::RegistryValueName>> EnumerateValue(
+        Result<std::optional<platform::RegistryValueName>> EnumerateValue(
             std::size_t index) override {
             if (store_.Fails(RegistryCall::EnumerateValue, path_)) return Failure();
             return real_->EnumerateValue(index);
         }
-        platform::Status Close() override {
+        Status Close() override {
             if (store_.Fails(RegistryCall::Close, path_)) return Failure();
             return real_->Close();
         }
@@ -74,17 +72,18 @@ class FailingRegistry : public platform::RegistryStore {
 
     class Transaction : public platform::RegistryTransaction {
       public:
-        Transaction(FailingRegistry& store, std::unique_ptr<platform::RegistryTransaction> real)
+        Transaction(FailingRegistry& store, const std::string& /*path*/,
+                    std::unique_ptr<platform::RegistryTransaction> real)
             : store_(store), real_(std::move(real)) {}
-        platform::Status CreateKey(std::string_view path) override {
+        Status CreateKey(std::string_view path) override {
             return store_.Fails(RegistryCall::Step, path) ? Failure() : real_->CreateKey(path);
         }
-        platform::Status SetValue(std::string_view path, std::string_view name,
-                                  const platform::RegistryValue& value) override {
+        Status SetValue(std::string_view path, std::string_view name,
+                        const platform::RegistryValue& value) override {
             if (store_.Fails(RegistryCall::Step, path)) return Failure();
             return real_->SetValue(path, name, value);
         }
-        platform::Status Commit() override {
+        Status Commit() override {
             return store_.Fails(RegistryCall::Step, "") ? Failure() : real_->Commit();
         }
 
@@ -93,11 +92,11 @@ class FailingRegistry : public platform::RegistryStore {
         std::unique_ptr<platform::RegistryTransaction> real_;
     };
 
-    platform::Result<std::unique_ptr<platform::RegistryKey>> Wrapped(
-        std::string_view path, platform::Result<std::unique_ptr<platform::RegistryKey>> key) {
-        if (!key.ok()) return key;
-        return std::unique_ptr<platform::RegistryKey>(
-            std::make_unique<Key>(*this, std::string(path), std::move(key).value()));
+    template <class Wrapper, class T>
+    Result<std::unique_ptr<T>> Wrapped(std::string_view path, Result<std::unique_ptr<T>> real) {
+        if (!real.ok()) return real;
+        return std::unique_ptr<T>(
+            std::make_unique<Wrapper>(*this, std::string(path), std::move(real).value()));
     }
     static platform::Error Failure() {
         return {platform::ErrorKind::Other, "registry", "as the test wants it"};

@@ -1,11 +1,11 @@
 // Runs one of the built programs as a user would: its own process, environment and folder.
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "support/forked_child.h"
 
 namespace velto::test {
 
@@ -21,34 +21,24 @@ struct ProgramResult {
     std::string err;
 };
 
-// A program that was started and runs on.
+// A program that was started and runs on. The destructor kills it if it wasn't waited for.
 class RunningProgram {
   public:
     // Its outputs go to two files in `folder`, which must outlive it.
     RunningProgram(const ProgramRun& run, const std::string& folder);
-    // Kills it if it still runs.
-    ~RunningProgram();
-    RunningProgram(const RunningProgram&) = delete;
-    RunningProgram& operator=(const RunningProgram&) = delete;
 
-    pid_t id() const { return id_; }
     // Waits for its end. What its children write later isn't in the result.
     ProgramResult Wait();
-    void Kill();
+    void Kill() const { child_.Kill(); }
     // What has been written so far.
     std::string out() const;
     // Waits up to 20 seconds for the text to appear in its output, its children's included.
     bool Says(const std::string& text) const;
-    // Writes to its standard input, or closes it.
-    void Tell(const std::string& text);
-    void CloseInput();
 
   private:
     std::string out_file_;
     std::string err_file_;
-    pid_t id_ = -1;
-    int input_ = -1;
-    bool ended_ = false;
+    ForkedChild child_;
 };
 
 ProgramResult RunProgram(const ProgramRun& run);
