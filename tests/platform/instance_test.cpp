@@ -53,12 +53,10 @@ bool GetsAnswer(const Descriptor& end) {
     return recv(end.get(), &byte, 1, 0) == 1;
 }
 
-// The status of a process of another user that does this.
-int AsStranger(const std::function<int()>& act) {
-    const auto work = [&](const auto&) {
-        return setresuid(kStranger, kStranger, kStranger) == 0 ? act() : 100;
-    };
-    return ForkedChild(work).Wait();
+ForkedChild Stranger(const ForkedChild::Work& work) {
+    return ForkedChild([&](const auto& tell) {
+        return setresuid(kStranger, kStranger, kStranger) == 0 ? work(tell) : 100;
+    });
 }
 
 class InstanceTest : public testing::Test {
@@ -210,34 +208,29 @@ TEST_F(InstanceTest, OtherUsersGetNeitherInNorANameOut) {
     for (const auto& folder : {root_.path(), runtime_}) {
         ASSERT_EQ(chmod(folder.c_str(), 0755), 0);
     }
-    EXPECT_EQ(AsStranger([&] { return Open(path, connect).valid() ? 1 : 0; }), 0);
+    const auto come_in = [&](const auto&) { return Open(path, connect).valid() ? 1 : 0; };
+    EXPECT_EQ(Stranger(come_in).Wait(), 0);
 
     // Even through doors that somebody has opened.
     ASSERT_EQ(chmod(folder_.c_str(), 0777), 0);
     ASSERT_EQ(chmod(path.c_str(), 0777), 0);
-    EXPECT_EQ(AsStranger([&] {
-                  const auto client = Open(path, connect);
-                  if (!client.valid()) return 1;
-                  return Send(client, "\1\0\0\0x"s) && GetsAnswer(client) ? 2 : 0;
-              }),
-              0);
+    const auto ask = [&](const auto&) {
+        const auto client = Open(path, connect);
+        if (!client.valid()) return 1;
+        return Send(client, "\1\0\0\0x"s) && GetsAnswer(client) ? 2 : 0;
+    };
+    EXPECT_EQ(Stranger(ask).Wait(), 0);
     listener_.reset();
     EXPECT_EQ(names_, Names{});
 
-    auto result = std::async([&] {
-        for (int i = 0; i < 5000 && !Open(path, connect).valid(); ++i) {
-            std::this_thread::sleep_for(1ms);
-        }
-        return Make()->HandOver("secret");
+    auto server = Stranger([&](const auto& tell) {
+        const auto socket = Open(path, bind);
+        tell(listen(socket.get(), 1));
+        return GetsAnswer(Descriptor(accept(socket.get(), nullptr, nullptr))) ? 2 : 0;
     });
-    EXPECT_EQ(AsStranger([&] {
-                  const auto server = Open(path, bind);
-                  if (listen(server.get(), 2) != 0) return 1;
-                  Descriptor(accept(server.get(), nullptr, nullptr)).Reset();
-                  return GetsAnswer(Descriptor(accept(server.get(), nullptr, nullptr))) ? 2 : 0;
-              }),
-              0);
-    EXPECT_EQ(result.get(), HandOverResult::Refused);
+    EXPECT_EQ(server.Next(), 0);
+    EXPECT_EQ(Make()->HandOver("secret"), HandOverResult::Refused);
+    EXPECT_EQ(server.Wait(), 0) << "it has got the name";
 }
 
 }  // namespace

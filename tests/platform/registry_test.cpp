@@ -17,18 +17,10 @@ using test::TemporaryFolder;
 
 constexpr auto kKey = "HKEY_CURRENT_USER\\Software\\epsxe";
 
-testing::AssertionResult Succeeded(const Status& status) {
-    if (status.ok()) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << status.error().subject << ": " << status.error().text;
-}
-
-ErrorKind KindOf(const Status& status) {
-    EXPECT_FALSE(status.ok());
-    return status.ok() ? ErrorKind::Other : status.error().kind;
-}
-template <class T>
-ErrorKind KindOf(const Result<T>& result) {
-    return KindOf(result.status());
+template <class Outcome>
+ErrorKind KindOf(const Outcome& outcome) {
+    EXPECT_FALSE(outcome.ok());
+    return outcome.ok() ? ErrorKind::Other : outcome.error().kind;
 }
 
 RegistryValue Binary(std::string data) {
@@ -62,7 +54,7 @@ struct Notes : RegistryVisitor {
 
 class RegistryTest : public testing::Test {
   protected:
-    RegistryTest() { EXPECT_TRUE(Succeeded(Open(*store_, "0"))); }
+    RegistryTest() { EXPECT_TRUE(Open(*store_, "0").ok()); }
 
     static Status Open(RegistryStore& store, const std::string& first_value) {
         const RegistryWrite first[] = {{"First", "", Binary(first_value)}};
@@ -71,7 +63,7 @@ class RegistryTest : public testing::Test {
     static std::unique_ptr<RegistryStore> Opened(const std::string& file,
                                                  const std::string& first_value = "1") {
         auto store = MakeSqliteRegistry(file);
-        EXPECT_TRUE(Succeeded(Open(*store, first_value)));
+        EXPECT_TRUE(Open(*store, first_value).ok());
         return store;
     }
 
@@ -93,7 +85,7 @@ TEST_F(RegistryTest, GivesEveryTypeAndEveryByteBackExactly) {
     for (const auto& value : values) {
         writes.push_back({kKey, std::to_string(writes.size()), value});
     }
-    ASSERT_TRUE(Succeeded(WriteValues(*store_, writes)));
+    ASSERT_TRUE(WriteValues(*store_, writes).ok());
     const auto other = Opened(file_);
     const auto key = other->OpenKey(kKey).value();
     for (std::size_t i = 0; i < writes.size(); ++i) {
@@ -111,10 +103,10 @@ TEST_F(RegistryTest, FindsNamesInAnyCaseOfAsciiLettersAndKeepsTheFirstSpelling) 
                                                                 {"\xFF\xFE", "\xFF\xFE", true}};
     for (const auto& [stored, asked, same] : cases) {
         SCOPED_TRACE(testing::Message() << stored << " as " << asked);
-        ASSERT_TRUE(Succeeded(Put(*store_, stored, stored, Binary("first"))));
-        ASSERT_TRUE(Succeeded(Put(*store_, asked, asked, Binary("second"))));
+        ASSERT_TRUE(Put(*store_, stored, stored, Binary("first")).ok());
+        ASSERT_TRUE(Put(*store_, asked, asked, Binary("second")).ok());
         Notes notes;
-        ASSERT_TRUE(Succeeded(store_->Visit(asked, notes)));
+        ASSERT_TRUE(store_->Visit(asked, notes).ok());
         const auto& spelling = same ? stored : asked;
         EXPECT_EQ(notes.text, "[" + spelling + "] " + spelling + "=second ");
         EXPECT_EQ(DataOf(*store_, stored, stored), same ? "second" : "first");
@@ -124,11 +116,11 @@ TEST_F(RegistryTest, FindsNamesInAnyCaseOfAsciiLettersAndKeepsTheFirstSpelling) 
 TEST_F(RegistryTest, EnumeratesSubkeysByNameAndValuesInTheirOrderOfCreation) {
     for (const char* name : {"b", "\xE4", "C", "", "a"}) {
         const auto subkey = std::string(kKey).append("\\_").append(name);
-        ASSERT_TRUE(Succeeded(store_->CreateKey(subkey).status()));
-        ASSERT_TRUE(Succeeded(Put(*store_, kKey, name, Binary("x"))));
+        ASSERT_TRUE(store_->CreateKey(subkey).ok());
+        ASSERT_TRUE(Put(*store_, kKey, name, Binary("x")).ok());
     }
     auto key = store_->OpenKey(std::string(kKey) + "\\").value();
-    ASSERT_TRUE(Succeeded(key->Set("B", StringValue("changed, and longer"))));
+    ASSERT_TRUE(key->Set("B", StringValue("changed, and longer")).ok());
     EXPECT_EQ(key->Query("b").value(), StringValue("changed, and longer"));
     constexpr auto kFar = std::numeric_limits<std::size_t>::max();
     const std::tuple<std::size_t, std::string, std::string> jumps[] = {
@@ -142,7 +134,7 @@ TEST_F(RegistryTest, EnumeratesSubkeysByNameAndValuesInTheirOrderOfCreation) {
     }
     const auto empty = store_->CreateKey("HKEY_USERS").value();
     EXPECT_FALSE(empty->EnumerateSubkey(0).value() || empty->EnumerateValue(0).value());
-    EXPECT_TRUE(Succeeded(empty->Close()));
+    EXPECT_TRUE(empty->Close().ok());
 }
 
 TEST_F(RegistryTest, RefusesWhatIsOverTheBounds) {
@@ -183,23 +175,23 @@ TEST_F(RegistryTest, RefusesWhatIsOverTheBounds) {
 TEST_F(RegistryTest, KeepsATransactionToItselfUntilItsCommitOrTakesItBack) {
     auto other = Opened(file_);
     auto transaction = store_->Begin().value();
-    ASSERT_TRUE(Succeeded(transaction->SetValue(kKey, "a", Binary("1"))));
-    ASSERT_TRUE(Succeeded(store_->OpenKey(kKey).value()->Set("b", Binary("2"))));
-    ASSERT_TRUE(Succeeded(transaction->CreateKey("HKEY_USERS\\made")));
+    ASSERT_TRUE(transaction->SetValue(kKey, "a", Binary("1")).ok());
+    ASSERT_TRUE(store_->OpenKey(kKey).value()->Set("b", Binary("2")).ok());
+    ASSERT_TRUE(transaction->CreateKey("HKEY_USERS\\made").ok());
     EXPECT_EQ(KindOf(store_->Begin()), ErrorKind::Other) << "one at a time";
     EXPECT_EQ(KindOf(transaction->SetValue("", "", {})), ErrorKind::Malformed);
     Notes notes;
-    EXPECT_TRUE(Succeeded(store_->Visit(kKey, notes)));
+    EXPECT_TRUE(store_->Visit(kKey, notes).ok());
     EXPECT_EQ(notes.text, std::string("[") + kKey + "] a=1 b=2 ");
     EXPECT_FALSE(other->OpenKey(kKey).ok());
-    ASSERT_TRUE(Succeeded(transaction->Commit()));
+    ASSERT_TRUE(transaction->Commit().ok());
     EXPECT_EQ(DataOf(*other, kKey, "a") + DataOf(*other, kKey, "b"), "12");
     EXPECT_TRUE(other->OpenKey("HKEY_USERS\\made").ok());
-    EXPECT_TRUE(Succeeded(Put(*other, kKey, "a", Binary("old")))) << "the lock went with it";
+    EXPECT_TRUE(Put(*other, kKey, "a", Binary("old")).ok()) << "the lock went with it";
 
     transaction = store_->Begin().value();
-    ASSERT_TRUE(Succeeded(transaction->SetValue(kKey, "a", Binary("new"))));
-    ASSERT_TRUE(Succeeded(transaction->CreateKey("R\\gone")));
+    ASSERT_TRUE(transaction->SetValue(kKey, "a", Binary("new")).ok());
+    ASSERT_TRUE(transaction->CreateKey("R\\gone").ok());
     auto gone = store_->OpenKey("R\\gone").value();
     transaction.reset();
     // The next key takes over the numbers of the one that is gone.
@@ -219,14 +211,14 @@ TEST_F(RegistryTest, ShowsABranchAsItWasWhenTheVisitBegan) {
         {"R\\Top\\z", "", Binary("c")},    {"R\\Top\\Y\\deep", "d", Binary("d")},
         {"R\\Top2", "not", Binary("its")},
     };
-    ASSERT_TRUE(Succeeded(WriteValues(*store_, writes)));
+    ASSERT_TRUE(WriteValues(*store_, writes).ok());
     auto other = Opened(file_);
     Notes notes;
     notes.at_value = [&] {
         auto written = Put(*store_, "r\\top\\z\\late", "late", Binary("late"));
         return written.ok() ? Put(*other, "r\\top", "3", Binary("late")) : written;
     };
-    ASSERT_TRUE(Succeeded(store_->Visit("r\\TOP\\", notes)));
+    ASSERT_TRUE(store_->Visit("r\\TOP\\", notes).ok());
     EXPECT_EQ(notes.text, "[R\\Top] 2=b 1=a [R\\Top\\Y] [R\\Top\\Y\\deep] d=d [R\\Top\\z] =c ");
     EXPECT_EQ(DataOf(*store_, "R\\Top", "3"), "late");
 
@@ -238,25 +230,22 @@ TEST_F(RegistryTest, ShowsABranchAsItWasWhenTheVisitBegan) {
 }
 
 TEST_F(RegistryTest, LetsThreadsInOneAfterTheOther) {
-    ASSERT_TRUE(Succeeded(Put(*store_, kKey, "count", Binary(""))));
-    std::vector<std::thread> threads(4);
-    for (auto& thread : threads) {
-        thread = std::thread([&] {
-            for (int round = 0; round < 25; ++round) {
-                auto transaction = store_->Begin().value();
-                const auto data = DataOf(*store_, kKey, "count") + "x";
-                EXPECT_TRUE(Succeeded(transaction->SetValue(kKey, "count", Binary(data))));
-                EXPECT_TRUE(Succeeded(transaction->Commit()));
-                EXPECT_GE(DataOf(*store_, kKey, "count").size(), data.size());
-            }
-        });
-    }
+    ASSERT_TRUE(Put(*store_, kKey, "count", Binary("")).ok());
+    const auto work = [&] {
+        for (int round = 0; round < 25; ++round) {
+            auto transaction = store_->Begin().value();
+            const auto data = DataOf(*store_, kKey, "count") + "x";
+            EXPECT_TRUE(transaction->SetValue(kKey, "count", Binary(data)).ok());
+            EXPECT_TRUE(transaction->Commit().ok());
+        }
+    };
+    std::thread threads[] = {std::thread(work), std::thread(work), std::thread(work)};
     for (auto& thread : threads) thread.join();
-    EXPECT_EQ(DataOf(*store_, kKey, "count").size(), 100U);
+    EXPECT_EQ(DataOf(*store_, kKey, "count").size(), 75U);
 }
 
 TEST_F(RegistryTest, GivesAStoreItsFirstValuesOnlyWhenItIsMade) {
-    ASSERT_TRUE(Succeeded(Put(*store_, "First", "", Binary("own"))));
+    ASSERT_TRUE(Put(*store_, "First", "", Binary("own")).ok());
     EXPECT_EQ(DataOf(*Opened(file_), "First", ""), "own");
     EXPECT_EQ(DataOf(*Opened(folder_ / "new/folders/r.db", "2"), "First", ""), "2");
 
