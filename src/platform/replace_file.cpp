@@ -123,10 +123,13 @@ Status ReplacementBatch::Add(const std::string& path, std::string_view bytes) {
 
 Status ReplacementBatch::Commit() {
     if (members_.empty()) return {};
+    // Behind the last rename it is a flush that failed, and none is known to be on the disk.
     const auto failure = [this](const Status& status) {
         const auto first = renamed_ < members_.size() ? renamed_ : 0;
         return Error{status.error().kind, members_[first].path, status.error().text};
     };
+    // All contents before the first name: one that reached the disk without its content would be an
+    // empty file after a power cut.
     for (const auto& folder : folders_) {
         if (auto flushed = files_.FlushFileSystem(folder); !flushed.ok()) return failure(flushed);
     }

@@ -36,6 +36,7 @@ std::string Resolve(FileService& files, std::string base, std::string_view rest)
         const auto component = rest.substr(0, slash);
         rest.remove_prefix(std::min(slash + 1, rest.size()));
         if (component.empty()) continue;
+        // Mostly the spelling is right, and no folder has to be listed.
         auto next = JoinPath(base, component);
         if (!files.Info(next).ok()) {
             next = JoinPath(base, Spelling(files, base.empty() ? "." : base, component));

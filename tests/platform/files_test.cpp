@@ -68,7 +68,7 @@ TEST_F(SearchTest, AStoredPathIsCutAtItsSeparatorAndOpenedThroughTheDriveTable) 
         {"C:/emu\\cards\\New.mcr", "C:/emu\\cards\\", InHome("drive_c/emu/cards/New.mcr")},
         {"G:\\disc one.BIN", "G:\\", InHome("drives/g:/Disc One.bin")},
         {"z:" + InHome("games/x"), "z:" + InHome("games/"), InHome("games/x")},
-        {"q:\\x", "q:\\", InHome("drives/q:/x")},
+        {"A:\\x", "A:\\", InHome("drives/a:/x")},
         {InHome("GAMES/disc one.bin"), InHome("GAMES/"), InHome("games/Disc One.bin")},
         {"/with\\backslash", "/", "/with\\backslash"},
         {"", "", ""},

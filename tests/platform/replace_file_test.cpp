@@ -83,6 +83,8 @@ TEST_F(ReplaceFileTest, RefusesWhatMustNotBeReplaced) {
     EXPECT_EQ(ReadFile(target), "old");
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.dta"));
     EXPECT_EQ(Names(), before);
+    EXPECT_EQ(files->Open("/dev/null").error().kind, ErrorKind::Unsuitable);
+    EXPECT_EQ(files->OpenLog("/dev/null", false).error().kind, ErrorKind::Unsuitable);
 }
 
 TEST_F(ReplaceFileTest, ASweepLeavesTheTemporariesOfLivingProcessesAndTheUsersFiles) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/libraries.h"
+#include "platform/linux/library_messages.h"
 #include "plugins/plugin_catalogue.h"
 #include "store/velto_settings.h"
 #include "support/home_test.h"
@@ -117,6 +118,24 @@ TEST_F(PluginTest, AScanKeepsWhatAnswersAndLogsTheRest) {
         prefixes.push_back(plugin.prefix);
     }
     EXPECT_THAT(prefixes, ElementsAre("CDR", "GPU", "SPU", "PAD", "NET", "", "GPU"));
+    for (auto& plugin : catalogue.plugins()) EXPECT_TRUE(plugin.Reload(plugin_folder));
+    EXPECT_EQ(processes.requests.size(), 4U + 7U) << "each in a program of its own";
+}
+
+TEST(LibraryMessage, IsReadAsItWasWrittenOrNotAtAll) {
+    using platform::DecodeLibraryMessage;
+    const platform::LibraryMessage message{
+        platform::LibraryMessageKind::Call, {1, UINT64_MAX}, {"", "t"}};
+    const auto bytes = platform::EncodeLibraryMessage(message).value();
+    EXPECT_EQ(DecodeLibraryMessage(bytes), message);
+    for (std::size_t size = 0; size < bytes.size(); ++size) {
+        EXPECT_FALSE(DecodeLibraryMessage(bytes.substr(0, size))) << size;
+    }
+    const auto many = static_cast<char>(platform::kMostNumbers + 1);
+    for (const auto& bad : {bytes + 'x', '\0' + bytes.substr(1), '\6' + bytes.substr(1),
+                            std::string("\2") + many + std::string(8 * many + 1U, '\0')}) {
+        EXPECT_FALSE(DecodeLibraryMessage(bad));
+    }
 }
 
 TEST_F(PluginTest, NothingIsScannedWhereThePluginFolderIsEmptyOrNotThere) {

@@ -74,6 +74,7 @@ bool TieToParent(pid_t parent) {
 // `report` is the write end of a pipe, closed on exec. A ChildFailure goes there if this returns.
 void BecomeProgram(ChildPlan& plan, int report) {
     ChildFailure failure;
+    // In a session of its own, so that what ends this program at its terminal doesn't end a game.
     if (ArrangeDescriptors(plan.descriptors, report) && setsid() >= 0 &&
         (!plan.ends_with_parent || TieToParent(plan.parent)) && ResetSignals()) {
         failure.step = ChildFailure::Step::Folder;

@@ -120,6 +120,7 @@ class LinuxFiles : public FileService {
     }
 
     Result<std::unique_ptr<FileReader>> Open(const std::string& path) override {
+        // A pipe mustn't make this wait, nor a terminal become this process's own.
         Descriptor file(Retrying(
             [&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
         if (!file.valid()) return SystemError(path);
@@ -132,6 +133,7 @@ class LinuxFiles : public FileService {
 
     Result<std::unique_ptr<FileWriter>> Create(const std::string& path,
                                                std::optional<unsigned> mode) override {
+        // The umask may take some of the bits away. Until all are there nobody else gets in.
         const mode_t first_mode = mode ? S_IRUSR | S_IWUSR : kNewFileMode;
         Descriptor file(Retrying([&] {
             return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, first_mode);

@@ -193,7 +193,9 @@ HandOverResult SendHandOver(const std::string& socket_path, const std::string& n
 
 Result<std::unique_ptr<HandOverListener>> ListenForHandOvers(
     const std::string& socket_path, std::function<void(const std::string& name)> handle) {
+    // Whoever listens holds the lock, so what stands there is of a process that is gone.
     if (unlink(socket_path.c_str()) != 0 && errno != ENOENT) return SystemError(socket_path);
+    // A client may leave between the poll and the accept, which must not wait for the next one.
     Descriptor server(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
     Descriptor stop(eventfd(0, EFD_CLOEXEC));
     if (!server.valid() || !stop.valid()) return SystemError(socket_path);

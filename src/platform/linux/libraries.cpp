@@ -171,6 +171,7 @@ class LinuxLibraries : public LibraryService {
         process.Send(CallOf(0, loaded.called));
         const auto message = process.Receive();
         if (!message.ok()) {
+            // With the Call still in the pipe it was the load that killed it.
             if (process.alive() || process.leftRequests()) return message.error();
             loaded.answer = message.error();
             return {};

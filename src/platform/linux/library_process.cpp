@@ -114,6 +114,7 @@ void LibraryProcess::Kill() {
     child_->Kill();
     std::ignore = child_->Wait();
     child_.reset();
+    // What is still in the pipe wasn't taken: the program has died of the request in front of it.
     int bytes = 0;
     left_requests_ =
         requests_.valid() && ioctl(requests_.get(), FIONREAD, &bytes) == 0 && bytes > 0;

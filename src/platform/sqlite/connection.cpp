@@ -17,6 +17,8 @@ RegistryConnection::Transaction::~Transaction() {
 }
 
 Status RegistryConnection::Transaction::Begin() {
+    // SQLite's own lock is tried again and again by all who wait for it, and some of many writers
+    // starve; behind this one they stand in a row.
     auto lock = TakeWriteLock(connection_.file_);
     if (!lock.ok()) return lock.error();
     write_lock_ = std::move(lock).value();
@@ -109,6 +111,8 @@ Status RegistryConnection::ReadOneMoment(const Action& action) {
         RegistryTables tables(*database_);
         return CatchDatabaseErrors(file_, [&] { return action(tables); });
     }
+    // On a connection of its own, for which nobody waits: neither other threads nor `action`, if it
+    // writes.
     turn.unlock();
     return CatchDatabaseErrors(file_, [&] {
         const auto database = ConnectToRegistryFile(file_);

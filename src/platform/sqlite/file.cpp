@@ -125,6 +125,7 @@ Status Fill(SQLite::Database& database, std::span<const RegistryWrite> first_val
 // Under the write lock: makes what `database` still lacks.
 Status Finish(SQLite::Database& database, const std::string& file,
               std::span<const RegistryWrite> first_values) {
+    // Another process may have done it while this one waited for the lock.
     auto state = CheckContent(database, file);
     if (!state.ok()) return state.error();
     if (state.value() == FileState::Ready) return {};
@@ -176,6 +177,7 @@ Result<bool> OpenFinished(const std::string& file, DatabasePointer& database) {
 
 Status OpenOrMake(const std::string& file, std::span<const RegistryWrite> first_values,
                   DatabasePointer& database) {
+    // Mostly nothing is to be made, and then a start waits for no writer.
     const auto finished = OpenFinished(file, database);
     if (!finished.ok()) return finished.error();
     if (finished.value()) return {};
