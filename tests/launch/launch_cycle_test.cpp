@@ -10,8 +10,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "launch/direct_run.h"
-#include "launch/emulator_values.h"
 #include "platform/libraries.h"
 #include "regedit/regedit.h"
 #include "shell/app_startup.h"
@@ -210,20 +208,6 @@ TEST_F(LaunchTest, TheStepsComeInTheirOrder) {
     EXPECT_EQ(document.netFileName, "NET.DLL");
     EXPECT_TRUE(document.dirty);
     ExpectTheUsersOwn();
-}
-
-TEST_F(LaunchTest, TheRecordReachesTheEmulatorAsItsFileReachesADirectRun) {
-    Configure({"cdrFileName = cdrmooby2.dll", "imageFileName = i.bin", "driveLetter = E",
-               "multiTap = true", "enablePPF = true", "bios = b.bin", "keys3 = 1,2,3,4",
-               "spuFileName = spu.dll", "storeSubChannelLG = true", "memcard2 = m.mcr",
-               "netFileName = null"});
-    document.cdrIsMooby = true;
-    const auto direct = ReadDirectConfig(WriteRecord(document, "", false));
-    ApplyToRegistry(document);
-    for (const auto& write : direct.value().values) {
-        const auto key = registry->OpenKey(write.path);
-        EXPECT_EQ(key.value()->Query(write.name).value(), write.value) << write.name;
-    }
 }
 
 TEST_F(LaunchTest, PluginsThatTheConfigurationDoesNotUseAreUnloaded) {
