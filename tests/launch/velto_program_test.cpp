@@ -1,8 +1,6 @@
 // The programs as a user has them: real processes, from the command line to the emulator.
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <thread>
@@ -25,7 +23,6 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 
 using Arguments = std::vector<std::string>;
 
@@ -63,13 +60,6 @@ class VeltoProgramTest : public HomeTest {
         const auto result = RunProgram(run);
         EXPECT_EQ(result.status, status);
         EXPECT_EQ(result.err, words);
-    }
-    static void ExpectNoRegistry(const ProgramRun& run, const std::string& database) {
-        const auto result = RunProgram(run);
-        EXPECT_EQ(result.status, 1);
-        EXPECT_THAT(result.err,
-                    StartsWith("Error: Unable to open the registry " + database + ": "));
-        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
     }
     // The first process of the instance. It tells 1, then 1 for the name of the game and 0 for
     // others, and spends that time on each.
@@ -110,12 +100,16 @@ TEST_F(VeltoProgramTest, ADirectRunEndsWhileTheEmulatorGoesOn) {
     EXPECT_THAT(second.out(), Not(HasSubstr("missing")));
 }
 
-TEST_F(VeltoProgramTest, RefusesWhatItDoesNotKnowBeforeAnythingElse) {
+TEST_F(VeltoProgramTest, TellsWhyItStartsNothing) {
+    ExpectEnd(Velto({}), 1, "Velto: The editor needs a display.\n");
     const auto listener = Listener(0ms);
+    const std::string too_long(5000, 'x');
     const std::pair<Arguments, std::string> cases[] = {
         {{"-x"}, "Unknown Flag: -x  is not a recognised command\n"},
         {{"game"}, "Unknown Flag: - game is not a recognised command\n"},
         {{"-Direct", "game"}, "Unknown Flag: -Direct game is not a recognised command\n"},
+        {{}, kRunning},
+        {{"-direct", too_long}, "File not found: " + too_long + ".dta does not exist\n"},
     };
     for (const auto& [arguments, words] : cases) ExpectEnd(Velto(arguments), 1, words);
 }
@@ -128,11 +122,6 @@ TEST_F(VeltoProgramTest, ASecondProcessHandsItsConfigurationOver) {
         << "it waits until the first one has handled the name";
     EXPECT_EQ(listener->Next(), 1);
     EXPECT_EQ(StringOf(kEmulatorConfigKey, "Country"), std::nullopt) << "and runs nothing itself";
-
-    ExpectEnd(Velto({}), 1, kRunning);
-    const std::string too_long(5000, 'x');
-    ExpectEnd(Velto({"-direct", too_long}), 1,
-              "File not found: " + too_long + ".dta does not exist\n");
 }
 
 TEST_F(VeltoProgramTest, ASecondDirectRunThatMeetsTheLockOfAnotherEndsSilently) {
@@ -154,66 +143,18 @@ TEST_F(VeltoProgramTest, ASecondDirectRunThatMeetsTheLockOfAnotherEndsSilently) 
     ExpectEnd(Velto(kGame), 0, "");
 }
 
-TEST_F(VeltoProgramTest, WithoutADisplayTheEditorSaysSo) {
-    ExpectEnd(Velto({}), 1, "Velto: The editor needs a display.\n");
-}
-
 TEST_F(VeltoProgramTest, ANewHomeAsksForTheFirstRunAndOneThatExistsIsLeftAsItIs) {
     const TemporaryFolder folder;
     auto run = Program("velto", kGame, "new/home");
     run.folder = folder.path();
     ExpectEnd(run, 1, kNoGame);
     ExpectEnd(Velto(kGame), 0, "");
-    const auto exported = [&](const std::string& home) {
-        ExpectEnd(
-            Program("velto-regedit",
-                    {"/E", folder / "export.reg", "HKEY_CURRENT_USER\\software\\velto\\Settings"},
-                    home),
-            0, "");
-        return ReadFile(folder / "export.reg");
-    };
-    EXPECT_THAT(exported(folder / "new/home"), HasSubstr("\"installerReset\"=dword:00000001"));
     EXPECT_TRUE(fs::is_directory(folder / "new/home/config"));
-    EXPECT_THAT(exported(home_folder.path()), Not(HasSubstr("installerReset")));
-}
-
-TEST_F(VeltoProgramTest, RelativePathsOfTheEnvironmentReachTheChildren) {
-    fs::create_symlink(BinaryFolder() + "/velto-regedit", InHome("editor"));
-    fs::create_directory(InHome("letters"));
-    fs::create_symlink(InHome("drive_c"), InHome("letters/e:"));
-    CVeltoSettings().SetEmulatorPath("E:\\EMU\\epsxe.exe");
-    auto run = Program("velto", kGame, ".");
-    run.folder = home_folder.path();
-    run.variables.emplace_back("VELTO_DRIVES", "letters");
-    run.variables.emplace_back("VELTO_REGEDIT", "./editor");
-    RunningProgram program(run, outputs.path());
-    const auto result = program.Wait();
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(program.Says("Country                    1\n")) << "from the same registry";
-}
-
-TEST_F(VeltoProgramTest, ARegistryThatCannotBeOpenedEndsTheProgramAndStaysAsItIs) {
-    registry.reset();
-    const auto database = InHome("registry.db");
-    for (const auto* sibling : {"-wal", "-shm"}) fs::remove(database + sibling);
-    const std::string garbage(8192, 'g');
-    WriteFile(database, garbage);
-    ExpectNoRegistry(Velto(kGame), database);
-    EXPECT_EQ(ReadFile(database), garbage);
-
-    if (geteuid() != 0) GTEST_SKIP() << "becomes another user, which takes the superuser";
-    const TemporaryFolder other;
-    const auto home = other / "home";
-    fs::create_directory(home);
-    ASSERT_EQ(chmod(other.path().c_str(), 0755), 0);
-    ASSERT_EQ(chmod(home.c_str(), 0555), 0);
-    auto run = Program("velto", kGame, home);
-    run.command.insert(run.command.begin(),
-                       {"/usr/bin/setpriv", "--reuid=65534", "--clear-groups", "--"});
-    run.variables[0].second = "";
-    ExpectNoRegistry(run, home + "/registry.db");
-    EXPECT_TRUE(fs::is_empty(home));
+    EXPECT_FALSE(CVeltoSettings().IsFirstRunDue());
+    registry = platform::MakeSqliteRegistry(folder / "new/home/registry.db");
+    ASSERT_TRUE(registry->OpenStore({}).ok());
+    const auto new_home = With(*registry);
+    EXPECT_TRUE(CVeltoSettings().IsFirstRunDue());
 }
 
 }  // namespace
