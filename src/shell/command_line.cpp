@@ -15,14 +15,14 @@ std::string CommandLineText(const std::string& program, const std::vector<std::s
     return text;
 }
 
-CVeltoCommandLine::CVeltoCommandLine(std::string_view text) : commandLine(platform::Trim(text)) {}
+CVeltoCommandLine::CVeltoCommandLine(std::string_view text) : command_line_(platform::Trim(text)) {}
 
 void CVeltoCommandLine::Parse(std::string& flag, std::string& parameter) {
     flag.clear();
     parameter.clear();
-    rest = commandLine;
+    rest_ = command_line_;
     NextToken();
-    if (token.empty()) return;
+    if (token_.empty()) return;
     NextPair(flag, parameter);  // the program's own path
     NextPair(flag, parameter);
 }
@@ -30,35 +30,35 @@ void CVeltoCommandLine::Parse(std::string& flag, std::string& parameter) {
 void CVeltoCommandLine::NextPair(std::string& flag, std::string& parameter) {
     flag.clear();
     parameter.clear();
-    if (token.empty()) return;
+    if (token_.empty()) return;
     if (IsFlag()) {
-        token.remove_prefix(1);
+        token_.remove_prefix(1);
         TakeToken(flag);
         NextToken();
     }
-    if (!token.empty() && !IsFlag()) {
+    if (!token_.empty() && !IsFlag()) {
         TakeToken(parameter);
         NextToken();
     }
 }
 
 void CVeltoCommandLine::TakeToken(std::string& out) {
-    if (!token.starts_with('"')) {
-        out = token;
+    if (!token_.starts_with('"')) {
+        out = token_;
         return;
     }
-    token.remove_prefix(1);
-    const char* const begin = token.data();
-    while (!token.ends_with('"') && !rest.empty()) NextToken();
-    const char* const end = token.data() + token.size();
+    token_.remove_prefix(1);
+    const char* const begin = token_.data();
+    while (!token_.ends_with('"') && !rest_.empty()) NextToken();
+    const char* const end = token_.data() + token_.size();
     out.assign(begin, end);
-    if (token.ends_with('"')) out.pop_back();
+    if (token_.ends_with('"')) out.pop_back();
 }
 
 void CVeltoCommandLine::NextToken() {
-    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
-    token = rest.substr(0, rest.find(' '));
-    rest.remove_prefix(token.size());
+    rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size()));
+    token_ = rest_.substr(0, rest_.find(' '));
+    rest_.remove_prefix(token_.size());
 }
 
 }  // namespace velto

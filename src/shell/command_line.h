@@ -27,13 +27,13 @@ class CVeltoCommandLine {
     void NextPair(std::string& flag, std::string& parameter);
     void TakeToken(std::string& out);
     void NextToken();
-    bool IsFlag() const { return token.starts_with('/') || token.starts_with('-'); }
+    bool IsFlag() const { return token_.starts_with('/') || token_.starts_with('-'); }
 
-    std::string commandLine;
-    // Views of `commandLine`: the current token, empty when the line is used up, and what stands
+    std::string command_line_;
+    // Views of `command_line_`: the current token, empty when the line is used up, and what stands
     // behind it.
-    std::string_view token;
-    std::string_view rest;
+    std::string_view token_;
+    std::string_view rest_;
 };
 
 }  // namespace velto

@@ -1,13 +1,8 @@
 #include "shell/main_frame_window.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QCloseEvent>
-#include <QImageReader>
-#include <QScreen>
 #include <QStatusBar>
-#include <algorithm>
-#include <cstdint>
 #include <utility>
 
 #include "platform/message_box.h"
@@ -26,20 +21,6 @@ namespace {
 constexpr const char* kTitle = "Velto V1.67.160. Beta 4";
 constexpr int kStatusMs = 8000;
 constexpr int kHandOverAgainMs = 100;
-
-// All the sizes that the file holds; the program's own icon if it holds none.
-QIcon TrayIcon(const std::string& file) {
-    QByteArray bytes(file.data(), static_cast<qsizetype>(file.size()));
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    QIcon icon;
-    do {
-        const auto image = reader.read();
-        if (!image.isNull()) icon.addPixmap(QPixmap::fromImage(image));
-    } while (reader.jumpToNextImage());
-    return icon.isNull() ? QIcon(":/icons/tray.svg") : icon;
-}
 
 }  // namespace
 
@@ -113,7 +94,7 @@ void CMainFrameWindow::MakeTray(std::function<bool()> has_tray) {
     CommandActions::FillTrayMenu(
         tray_menu_, [this](Command command) { Run(command); },
         [this](Command toggle) { return frame_->commands().IsOn(toggle); });
-    tray_ = std::make_unique<TrayWindow>(TrayIcon(frame_->TrayIconFile()), tray_menu_,
+    tray_ = std::make_unique<TrayWindow>(frame_->TrayIconFile(), tray_menu_,
                                          TrayWindow::Actions{[this] { Run(Command::ShowEditor); },
                                                              [this] {
                                                                  if (!isVisible()) ShowEditor();
@@ -125,7 +106,7 @@ void CMainFrameWindow::Start(std::function<void()> closed) {
     on_closed_ = std::move(closed);
     // Called on a thread of its own.
     hand_over_ = std::make_unique<HandOver>([this] { PostTo(*this, [this] { ServeHandOver(); }); });
-    RestorePlace();
+    MoveTo(*this, frame_->StoredPlace());
     tree_view_->setFocus();
     if (frame_->commands().IsOn(Command::ShowOnStart)) {
         show();
@@ -150,29 +131,6 @@ bool CMainFrameWindow::RaiseDialog() {
     dialog->raise();
     dialog->activateWindow();
     return true;
-}
-
-// A size that no screen has, or a place that is on none, was stored with other screens.
-void CMainFrameWindow::RestorePlace() {
-    constexpr int kFirstColumns = 120;
-    constexpr int kFirstLines = 34;
-    resize(fontMetrics().averageCharWidth() * kFirstColumns,
-           fontMetrics().lineSpacing() * kFirstLines);
-    const auto place = frame_->StoredPlace();
-    const auto largest = screen()->virtualSize();
-    if (place.size.cx != 0 && place.size.cy != 0) {
-        const auto width = std::min<std::int64_t>(place.size.cx, largest.width());
-        const auto height = std::min<std::int64_t>(place.size.cy, largest.height());
-        resize(static_cast<int>(width), static_cast<int>(height));
-    }
-    if (place.pos.x == 0 || place.pos.y == 0) return;
-    const auto right = std::int64_t{place.pos.x} + width();
-    for (const auto* const one : QGuiApplication::screens()) {
-        const auto area = one->availableGeometry();
-        const bool title_shows = place.pos.y >= area.top() && place.pos.y < area.bottom() &&
-                                 place.pos.x < area.right() && right > area.left();
-        if (title_shows) return move(place.pos.x, place.pos.y);
-    }
 }
 
 void CMainFrameWindow::SetChecked(Command toggle, bool on) {
@@ -206,15 +164,6 @@ void CMainFrameWindow::HideEditor() {
     }
     showMinimized();
     frame_->OnHidden();
-}
-
-WindowPlace CMainFrameWindow::Place() const {
-    const auto inner =
-        isMaximized() || isMinimized() || isFullScreen() ? normalGeometry() : geometry();
-    const auto frame = geometry().topLeft() - frameGeometry().topLeft();
-    const auto corner = inner.topLeft() - frame;
-    return {{static_cast<std::uint32_t>(inner.width()), static_cast<std::uint32_t>(inner.height())},
-            {corner.x(), corner.y()}};
 }
 
 bool CMainFrameWindow::RunNewConfig(CNewConfig& new_config, const std::string& selected_group) {

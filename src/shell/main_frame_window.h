@@ -17,6 +17,7 @@
 #include "shell/hand_over.h"
 #include "shell/main_frame.h"
 #include "shell/panes/editor_panes_window.h"
+#include "shell/place_window.h"
 #include "shell/tray_window.h"
 #include "shell/tree/epsxe_tree_view.h"
 #include "widgets/deferred.h"
@@ -44,7 +45,7 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
     // FrameWindow
     void SetChecked(Command toggle, bool on) override;
     void ShowStatus(const std::string& text) override;
-    WindowPlace Place() const override;
+    WindowPlace Place() const override { return PlaceOf(*this); }
     bool RunNewConfig(CNewConfig& new_config, const std::string& selected_group) override;
     bool RunNewGroup(CNewGroup& new_group, const std::string& selected_group) override;
     bool RunExitDialog(bool& dontAskAgain) override;
@@ -62,7 +63,6 @@ class CMainFrameWindow : public QMainWindow, public FrameWindow {
     void Run(Command command);
     void HideEditor();
     void RunPathsDialog();
-    void RestorePlace();
     // False if none is open.
     static bool RaiseDialog();
     void ServeHandOver();

@@ -1,5 +1,7 @@
 #include "shell/tray_window.h"
 
+#include <QBuffer>
+#include <QImageReader>
 #include <utility>
 
 namespace velto {
@@ -7,10 +9,25 @@ namespace {
 
 constexpr int kLookMs = 1000;
 
+// In all the sizes that the file holds.
+QIcon TrayIcon(const std::string& file) {
+    QByteArray bytes(file.data(), static_cast<qsizetype>(file.size()));
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    QIcon icon;
+    do {
+        const auto image = reader.read();
+        if (!image.isNull()) icon.addPixmap(QPixmap::fromImage(image));
+    } while (reader.jumpToNextImage());
+    return icon.isNull() ? QIcon(":/icons/tray.svg") : icon;
+}
+
 }  // namespace
 
-TrayWindow::TrayWindow(QIcon icon, QMenu& menu, Actions actions, std::function<bool()> available)
-    : image_(std::move(icon)),
+TrayWindow::TrayWindow(const std::string& icon_file, QMenu& menu, Actions actions,
+                       std::function<bool()> available)
+    : image_(TrayIcon(icon_file)),
       menu_(menu),
       actions_(std::move(actions)),
       available_(std::move(available)) {

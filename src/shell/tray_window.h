@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace velto {
 
@@ -19,8 +20,9 @@ class TrayWindow {
         std::function<void()> tray_gone;    // the tray, and the icon with it, has disappeared
     };
 
+    // `icon_file` is the content of an icon's file; the program's own icon shows if it holds none.
     // The menu isn't owned. `available` tells whether there is a tray.
-    TrayWindow(QIcon icon, QMenu& menu, Actions actions,
+    TrayWindow(const std::string& icon_file, QMenu& menu, Actions actions,
                std::function<bool()> available = &QSystemTrayIcon::isSystemTrayAvailable);
 
     // Whether the icon is there: the way back to a hidden editor.
