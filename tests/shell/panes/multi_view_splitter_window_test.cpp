@@ -12,19 +12,19 @@ constexpr const char* kKey = "software\\velto\\SplitterWnd";
 
 // One life of a splitter with another one in its second pane.
 struct Life {
-    Life() {
+    explicit Life(bool shown = true) {
         outer.GetPane(0, 0)->setMinimumWidth(40);
-        inner.AddView(0, new QWidget);
+        inner.AddView(0, first);
         outer.LoadState();
         outer.resize(800, 600);
-    }
-    void Show() {
+        if (!shown) return;
         outer.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&outer));
     }
 
     CMultiViewSplitterWindow outer{0, true, new QWidget, nullptr};
     CMultiViewSplitterWindow& inner = *outer.AddNestedSplitter(1, nullptr, new QWidget, false);
+    QWidget* const first = new QWidget;
 };
 
 class SplitterTest : public HomeTest {
@@ -44,65 +44,45 @@ TEST_F(SplitterTest, TheDividerStandsWhereTheStoredTextSays) {
         {"-1 2147483647 -1 9", 150},
     };
     for (const auto& [text, position] : cases) {
-        SetValue(kKey, "Panes_0", platform::StringValue(text));
-        Life life;
-        life.Show();
-        EXPECT_EQ(life.outer.sizes()[0], position) << text;
-    }
-}
-
-TEST_F(SplitterTest, AtFirst150IsTheFirstPanesAndTheRestTheOthers) {
-    Life life;
-    life.Show();
-    for (const int edge : {600, 90, 1000}) {
-        life.outer.resize(edge, edge);
-        QApplication::processEvents();
-        for (const auto* const splitter : {&life.outer, &life.inner}) {
-            EXPECT_EQ(splitter->sizes()[0] == 150, edge > 90);
-            EXPECT_EQ(splitter->sizes()[0] + splitter->sizes()[1] + splitter->handleWidth(), edge);
-        }
+        Store(text);
+        EXPECT_EQ(Life().outer.sizes()[0], position) << text;
     }
 }
 
 TEST_F(SplitterTest, MovedDividersComeBackInTheNextLife) {
-    auto life = std::make_unique<Life>();
-    life->Show();
-    QTest::keyClick(life->outer.handle(1), Qt::Key_Right);
-    for (const auto key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Left}) {
-        QTest::keyClick(life->inner.handle(1), key);
+    std::string stored;
+    {
+        const Life life;
+        QTest::keyClick(life.outer.handle(1), Qt::Key_Right);
+        for (const auto key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Left}) {
+            QTest::keyClick(life.inner.handle(1), key);
+        }
+        stored = "-1 160 -1 " + std::to_string(800 - 160 - life.outer.handleWidth());
     }
-    life->outer.hide();
-    const auto stored = "-1 160 -1 " + std::to_string(800 - 160 - life->outer.handleWidth());
-    life.reset();
     EXPECT_EQ(StringOf(kKey, "Panes_0"), stored);
-    Life next;
-    next.Show();
+    const Life next;
     EXPECT_EQ(next.outer.sizes()[0], 160);
     EXPECT_EQ(next.inner.sizes()[0], 160);
-}
-
-TEST_F(SplitterTest, WhatTheUserDidntSeeIsntStored) {
-    SetValue(kKey, "Panes_0", platform::StringValue("as it is"));
-    { Life never_shown; }
-    EXPECT_EQ(StringOf(kKey, "Panes_0"), "as it is");
-    // A pane is hidden: what is seen isn't what the other one is to have.
-    SetValue(kKey, "Panes_0", platform::StringValue("0 200 -1 -1"));
-    { Life().Show(); }
-    EXPECT_EQ(StringOf(kKey, "Panes_0"), "0 200 -1 100");
+    // What the user didn't see isn't stored: no life without a window, no pane beside a hidden one.
+    for (const auto& [text, shown, kept] : {std::tuple("as it is", false, "as it is"),
+                                            std::tuple("0 200 -1 -1", true, "0 200 -1 100")}) {
+        Store(text);
+        { const Life life(shown); }
+        EXPECT_EQ(StringOf(kKey, "Panes_0"), kept);
+    }
 }
 
 TEST_F(SplitterTest, APaneShowsOneOfItsViews) {
-    Life life;
-    auto* const first = life.inner.GetPane(0, 0);
+    Life life(false);
     auto* const second = new QWidget;
     EXPECT_EQ(life.inner.AddView(0, second), 1);
-    life.Show();
-    EXPECT_TRUE(second->isVisible() && !first->isVisible()) << "the last one added";
+    life.outer.show();
+    EXPECT_TRUE(second->isVisible() && !life.first->isVisible()) << "the last one added";
     for (const int index : {-1, -1, 0, 1, 2, -2}) {
         const bool to_first = index == 0 || (index == -1 && second->isVisible());
         life.inner.SwitchView(0, index);
-        EXPECT_EQ(life.inner.GetPane(0, 0), to_first ? first : second) << index;
-        EXPECT_NE(first->isVisible(), second->isVisible());
+        EXPECT_EQ(life.inner.GetPane(0, 0), to_first ? life.first : second) << index;
+        EXPECT_NE(life.first->isVisible(), second->isVisible());
     }
 }
 
