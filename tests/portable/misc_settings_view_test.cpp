@@ -1,0 +1,73 @@
+#include "portable/misc_settings_view.h"
+
+#include <QFileDialog>
+
+#include <gtest/gtest.h>
+
+#include "support/fake_editor.h"
+#include "support/home_test.h"
+#include "support/windows.h"
+
+namespace velto::test {
+namespace {
+
+class MiscSettingsTest : public HomeTest, public FakeEditor {
+  protected:
+    void EnableApplyAndReset(bool on) override { enabled = on; }
+
+    bool enabled = false;
+    CVeltoDoc document{environment.ConfigFolder(), *this};
+    CMiscSettingsView page{document, *this};
+};
+
+TEST_F(MiscSettingsTest, AnEditIsInTheRecordAtOnceAndThePageFollowsIt) {
+    selected = "<b>caf\xE9</b>";
+    document.bios = "caf\xE9.bin";
+    page.Refresh();
+    auto& line = FieldOf(page, "Command Line");
+    EXPECT_EQ(page.accessibleName(), "<b>caf\u00E9</b>");
+    EXPECT_EQ(FieldOf(page, "Bios File").text(), "caf\u00E9.bin");
+    EXPECT_EQ(line.text(), "") << "nothing for NULL";
+    EXPECT_FALSE(document.dirty || enabled) << "showing it is no edit";
+    Type(line, "-slowboot \u00E9");
+    EXPECT_EQ(document.commandLine, "-slowboot \xC3\xA9");
+    EXPECT_TRUE(document.dirty && enabled);
+    EXPECT_EQ(document.bios, "caf\xE9.bin");
+    document.commandLine = "-other";
+    page.Refresh();
+    EXPECT_EQ(line.text(), "-other");
+    line.clear();
+    EXPECT_EQ(document.commandLine, "NULL");
+}
+
+TEST_F(MiscSettingsTest, TheSearchForABiosBeginsAtTheEmulatorsFolderForThem) {
+    for (const auto* folder : {"emu/BIOS", "drive_c/emu/bios", "old"}) {
+        ASSERT_TRUE(files->MakeFolders(InHome(folder)).ok());
+        WriteFile(InHome(folder) + "/scph.bin", "bios");
+    }
+    const std::pair<std::string, std::string> cases[] = {
+        {InHome("emu/epsxe"), InHome("emu/BIOS")},
+        {"C:\\emu\\ePSXe.EXE", InHome("drive_c/emu/bios")},
+        {InHome("epsxe"), InHome("old")},  // no such folder
+        {"", InHome("old")},
+    };
+    for (const auto& [emulator, start] : cases) {
+        document.settings.SetEmulatorPath(emulator);
+        document.bios = InHome("old/old.bin");
+        page.Refresh();
+        OnDialog<QFileDialog>([start = start](auto& dialog) {
+            EXPECT_EQ(dialog.directory().path().toStdString(), start);
+            auto& edit = *dialog.template findChild<QLineEdit*>("fileNameEdit");
+            Type(edit, "scph");
+            QTest::keyClick(&edit, Qt::Key_Return);
+        });
+        Click(page, "Browse");
+        EXPECT_EQ(document.bios, start + "/scph.bin");
+    }
+    OnDialog<QFileDialog>([](auto& dialog) { dialog.reject(); });
+    Click(page, "Browse");
+    EXPECT_EQ(document.bios, InHome("old/scph.bin"));
+}
+
+}  // namespace
+}  // namespace velto::test
