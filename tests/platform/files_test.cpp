@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -5,7 +7,10 @@
 
 #include "platform/file_search.h"
 #include "platform/line_ends.h"
+#include "platform/replace_file.h"
 #include "platform/stored_path.h"
+#include "support/failing_files.h"
+#include "support/forked_child.h"
 #include "support/home_test.h"
 #include "support/variables.h"
 
@@ -15,6 +20,8 @@ namespace {
 namespace fs = std::filesystem;
 
 using namespace std::string_literals;
+using platform::ErrorKind;
+using platform::ReplaceFile;
 using testing::ElementsAre;
 using testing::Pair;
 
@@ -120,6 +127,87 @@ TEST(Environment, MakesEveryPathAbsoluteAndHandsItOnInThatForm) {
     EXPECT_EQ(ReadWith({{"XDG_DATA_HOME", here.path()}}, "/").home, here / "velto");
     EXPECT_EQ(ReadWith({{"XDG_DATA_HOME", "relative"}, {"HOME", here.path()}}, "/").home,
               here / ".local/share/velto");
+}
+
+class ReplaceFileTest : public HomeTest {
+  protected:
+    std::vector<std::string> Names() const { return files->List(folder).value(); }
+
+    const std::string folder = environment.ConfigFolder();
+    const std::string target = InConfig("Game.dta");
+};
+
+TEST_F(ReplaceFileTest, AFailureOrADeathAtAnyStepLeavesAWholeFile) {
+    constexpr int kSteps = 5;  // create, write, flush, rename, flush the folder
+    for (int step = 1; step <= kSteps; ++step) {
+        SCOPED_TRACE(step);
+        const auto* const whole = step == kSteps ? "new content" : "old";
+        WriteFile(target, "old");
+        FailingFiles failing(*files, step, FailingFiles::At::Fail);
+        const auto replaced = ReplaceFile(failing, target, "new content");
+        ASSERT_FALSE(replaced.ok());
+        EXPECT_EQ(replaced.error().kind, ErrorKind::Full);
+        EXPECT_EQ(ReadFile(target), whole);
+        EXPECT_THAT(Names(), ElementsAre("Game.dta"));
+
+        WriteFile(target, "old");
+        ForkedChild child([&](const auto&) {
+            FailingFiles killing(*files, step, FailingFiles::At::Kill);
+            std::ignore = ReplaceFile(killing, target, "new content");
+            return 1;
+        });
+        ASSERT_EQ(child.Wait(), 0) << "it never reached the step";
+        EXPECT_EQ(ReadFile(target), whole);
+        platform::SweepTemporaries(*files, folder);
+        EXPECT_THAT(Names(), ElementsAre("Game.dta"));
+    }
+}
+
+TEST_F(ReplaceFileTest, FollowsALinkAndKeepsThePermissionBits) {
+    const auto real = InConfig("elsewhere/Game.dta");
+    WriteFile(real, "old");
+    ASSERT_EQ(chmod(real.c_str(), 0604), 0);
+    fs::create_symlink(real, target);
+    ASSERT_TRUE(ReplaceFile(*files, target, "new").ok());
+    EXPECT_TRUE(fs::is_symlink(target));
+    EXPECT_EQ(ReadFile(real), "new");
+    EXPECT_EQ(files->Info(real).value().mode, 0604U);
+}
+
+TEST_F(ReplaceFileTest, RefusesWhatMustNotBeReplaced) {
+    WriteFile(target, "old");
+    ASSERT_EQ(chmod(target.c_str(), 0444), 0);
+    fs::create_symlink(InConfig("unmounted/Game.dta"), InConfig("link.dta"));
+    ASSERT_EQ(mkfifo((InConfig("pipe.dta")).c_str(), 0600), 0);
+    const std::pair<std::string, ErrorKind> cases[] = {
+        {target, ErrorKind::Denied},
+        {InConfig("link.dta"), ErrorKind::Unsuitable},
+        {InConfig("pipe.dta"), ErrorKind::Unsuitable},
+        {folder, ErrorKind::Unsuitable},
+        {InConfig("no/Game.dta"), ErrorKind::NotFound},
+    };
+    const auto before = Names();
+    for (const auto& [path, kind] : cases) {
+        EXPECT_EQ(ReplaceFile(*files, path, "new").error().kind, kind) << path;
+    }
+    EXPECT_EQ(ReadFile(target), "old");
+    EXPECT_TRUE(fs::is_symlink(InConfig("link.dta")));
+    EXPECT_EQ(Names(), before);
+    EXPECT_EQ(files->Open("/dev/null").error().kind, ErrorKind::Unsuitable);
+    EXPECT_EQ(files->OpenLog("/dev/null", false).error().kind, ErrorKind::Unsuitable);
+}
+
+TEST_F(ReplaceFileTest, ASweepLeavesTheTemporariesOfLivingProcessesAndTheUsersFiles) {
+    const std::vector<std::string> kept = {"velto-" + std::to_string(getpid()) + "-0.new",
+                                           "velto-x-0.new",
+                                           "velto-12-.new",
+                                           "velto-.new",
+                                           "velto-0-0.new",
+                                           "velto-999999999-0.new.dta"};
+    for (const auto& name : kept) WriteFile(InConfig(name), "");
+    WriteFile(InConfig("velto-999999999-0.new"), "");
+    platform::SweepTemporaries(*files, folder);
+    EXPECT_THAT(Names(), testing::UnorderedElementsAreArray(kept));
 }
 
 }  // namespace

@@ -131,6 +131,12 @@ TEST_F(ProcessTest, WaitTellsHowTheProgramEnded) {
         EXPECT_EQ(kill(child.value()->id(), 0), -1) << "a zombie is left";
         EXPECT_FALSE(child.value()->Wait().ok());
     }
+    // One that nobody waits for is collected later.
+    const auto stray = service_->Start({.file = "/bin/true"}).value()->id();
+    siginfo_t ended{};
+    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(stray), &ended, WEXITED | WNOWAIT), 0);
+    EXPECT_EQ(Run({.file = "/bin/true"}), 0);
+    EXPECT_EQ(kill(stray, 0), -1);
 }
 
 TEST_F(ProcessTest, ProgramsOfOtherSystemsGoThroughTheRunner) {
