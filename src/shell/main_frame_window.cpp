@@ -10,8 +10,7 @@
 #include "shell/frame_dialog.h"
 #include "shell/panes/page_table_window.h"
 #include "shell/paths_dialog.h"
-#include "shell/tree/new_config_dialog.h"
-#include "shell/tree/new_group_dialog.h"
+#include "shell/tree/new_node_dialog.h"
 #include "widgets/owned.h"
 #include "widgets/text.h"
 

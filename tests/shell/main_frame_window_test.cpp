@@ -9,7 +9,7 @@
 
 #include "platform/instance.h"
 #include "shell/frame_dialog.h"
-#include "shell/tree/new_config_dialog.h"
+#include "shell/tree/new_node_dialog.h"
 #include "support/config_text.h"
 #include "support/failing_files.h"
 #include "support/home_test.h"
