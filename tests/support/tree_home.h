@@ -15,6 +15,7 @@
 #include "support/home_test.h"
 #include "support/no_tree_window.h"
 #include "support/pages.h"
+#include "support/shown.h"
 
 namespace velto::test {
 
@@ -28,10 +29,12 @@ class TreeEditor : public FakeEditor {
 
 class RecordingTreeWindow : public NoTreeWindow {
   public:
+    void SetTree(const CEpsxeTree& /*tree*/) {}
     void Selected(const TreeItem& item) override { selected = item; }
-    void PostPage(int number) override { page = number; }
+    void PostPage(int number) override { pages.push_back(number); }
+    TreeItem Current() const { return selected; }
     TreeItem selected;
-    int page = -1;
+    std::vector<int> pages;
 };
 
 // Groups are written with their children between brackets.
@@ -50,10 +53,13 @@ inline std::string TextIn(const std::string& group) {
     return ConfigText(kFileVersion, {"fileGroup = " + group}, {Key::fileGroup});
 }
 
-class TreeHome : public HomeTest {
+// `Window` takes a tree, has pages, and the item that it shows as the Current one.
+template <class Window>
+class TreeHomeOf : public HomeTest {
   protected:
-    TreeHome() {
+    TreeHomeOf() {
         editor.tree = &tree;
+        window.SetTree(tree);
         MakeHome();
     }
     void MakeHome() {
@@ -68,7 +74,7 @@ class TreeHome : public HomeTest {
     void Write(const std::string& name, const std::string& group) {
         WriteFile(PathOf(name), TextIn(group));
     }
-    std::size_t CountFiles() { return files->List(environment.ConfigFolder()).value().size(); }
+    std::vector<std::string> FileNames() { return files->List(environment.ConfigFolder()).value(); }
 
     // A configuration or group, or "configuration/page".
     TreeItem Item(const std::string& text) {
@@ -81,9 +87,10 @@ class TreeHome : public HomeTest {
         });
         return {node, page};
     }
+    const TreeNode& Node(const std::string& text) { return *Item(text).node; }
     std::string Selected() {
         const auto item = tree.GetSelectedItem();
-        EXPECT_TRUE(item == window.selected);
+        EXPECT_TRUE(item == window.Current());
         return item.page == nullptr ? item.node->text : item.node->text + "/" + item.text();
     }
     std::string Shape() { return ShapeOf(tree.nodes().root()); }
@@ -94,27 +101,28 @@ class TreeHome : public HomeTest {
         fresh.OnUpdate();
         return ShapeOf(fresh.nodes().root());
     }
+    // The one box that was shown since the last look; empty if there was none.
     std::string TakeBox() {
-        if (boxes.shown.empty()) return {};
-        const auto box = boxes.shown.back();
-        boxes.shown.clear();
-        return box.caption + ": " + box.text;
+        const auto shown = Shown(boxes);
+        EXPECT_LE(shown.size(), 1U);
+        return shown.empty() ? "" : shown.back();
     }
-    // The work with files of which this step fails.
+    // The work with files of which this step fails; gives the paths of those that were opened.
     template <class Work>
-    void WithStep(int step, Work work) {
+    std::vector<std::string> WithStep(int step, Work work) {
         FailingFiles stepped(*files, step, FailingFiles::At::Fail);
         const auto failing = With(stepped);
         work();
-        opened = stepped.opened;
+        return stepped.opened;
     }
 
     TreeEditor editor;
     CVeltoDoc document{environment.ConfigFolder(), editor};
-    RecordingTreeWindow window;
+    Window window;
     CEpsxeTree tree{document, window, kPages};
     const std::string home = "a(b(three two) one) c() top";
-    std::vector<std::string> opened;
 };
+
+using TreeHome = TreeHomeOf<RecordingTreeWindow>;
 
 }  // namespace velto::test

@@ -7,24 +7,50 @@
 #include <gtest/gtest.h>
 
 #include "platform/replace_file.h"
+#include "shell/tree/copy_config.h"
 #include "shell/tree/group_rewrite.h"
 #include "support/tree_home.h"
 
 namespace velto::test {
 namespace {
 
+using namespace std::string_literals;
 using platform::BoxAnswer;
 using testing::AllOf;
 using testing::AnyOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::SizeIs;
 using testing::StartsWith;
 
-class EpsxeTreeTest : public TreeHome {};
+class EpsxeTreeTest : public TreeHome {
+  protected:
+    // The groups, in which files and settings agree, and what is selected.
+    std::string State() {
+        EXPECT_EQ(Shape(), Reread());
+        return Shape() + " @" + Selected();
+    }
+    // "show" is a drop on what is shown as a place for it, "keep" a deletion that the user doesn't
+    // confirm, "stop" one that he stops.
+    bool Do(const std::string& command, const std::string& item, const std::string& to) {
+        if (command == "rename") return tree.Rename(Item(item), to);
+        if (command == "drop" || command == "show") {
+            const bool shown = CEpsxeTree::IsDropTarget(Node(item), Item(to));
+            EXPECT_EQ(shown, command == "show");
+            return tree.Drop(Node(item), Item(to));
+        }
+        const auto answer = command == "keep" ? BoxAnswer::No : BoxAnswer::Yes;
+        boxes.answers = {answer, answer};
+        waiting.stop_at = command == "stop" ? 0 : 9;
+        tree.OnDelete();
+        return command != "keep";
+    }
+};
 
 TEST_F(EpsxeTreeTest, IsBuiltFromListsAndFilesHoweverBadTheyAre) {
     for (const auto* name : {"one", "two", "three"}) ASSERT_TRUE(files->Remove(PathOf(name)).ok());
-    WriteFile(InConfig("Bare.DTA"), "REGEDIT4\r\n");
+    WriteFile(InConfig("Bare.DTA"), "REGEDIT4\r\n; bios = A");
     WriteFile(PathOf("last"), "; fileGroup = A\r\nfileGroup\r\n# fileGroup =  B \t\r\n");
     WriteFile(PathOf("none"), "; fileGroup = A\r\n; fileGroup\r\n");
     WriteFile(InConfig("no.dta.txt"), "; fileGroup = A\r\n");
@@ -35,7 +61,6 @@ TEST_F(EpsxeTreeTest, IsBuiltFromListsAndFilesHoweverBadTheyAre) {
         std::string shape;
     } cases[] = {
         {{"B", "A", "C", "D"}, {"My Epsxe", "B"}, "B(A(in) C() D() last) Bare none top"},
-        {{"A"}, {"My Epsxe", "A", "A"}, "A(in) Bare last none top"},
         {{"A", "B"}, {"B", "A"}, "A(B(last) in) Bare none top"},
         {{"A", "B"}, {"A", "B"}, "A(in) B(last) Bare none top"},
         {{"B", "A", "C", "D"}, {"My Epsxe", "x", "A", "x"}, "A(C() D() in) B(last) Bare none top"},
@@ -46,16 +71,17 @@ TEST_F(EpsxeTreeTest, IsBuiltFromListsAndFilesHoweverBadTheyAre) {
     for (const auto& c : cases) {
         document.settings.SetGroups(c.groups, c.parents);
         tree.OnUpdate();
-        EXPECT_EQ(Shape(), c.shape);
-        EXPECT_EQ(Selected(), "My Epsxe");
+        EXPECT_EQ(State(), c.shape + " @My Epsxe");
     }
+    WithStep(5, [&] { tree.OnUpdate(); });  // the third file can't be opened
+    EXPECT_EQ(Shape(), "Bare in last My Epsxe(A() top) none");
     EXPECT_EQ(TakeBox(), "");
 
     std::vector<std::string> chain = {"My Epsxe"};
     for (int i = 0; i < 40000; ++i) chain.push_back(std::to_string(i));
     document.settings.SetGroups({chain.begin() + 1, chain.end()}, chain);
     tree.OnUpdate();
-    EXPECT_NE(tree.nodes().Find("39999", NodeKind::Group), nullptr);
+    EXPECT_NE(Item("39999").node, nullptr);
 }
 
 TEST_F(EpsxeTreeTest, LoadsOrWarnsByWhereTheSelectionComesFrom) {
@@ -77,28 +103,25 @@ TEST_F(EpsxeTreeTest, LoadsOrWarnsByWhereTheSelectionComesFrom) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.from + " -> " + c.to);
-        ASSERT_TRUE(tree.Select(Item("one")) && tree.Select(Item(c.from)));
-        boxes.answers.clear();
         const bool asks = !c.read.empty();
+        ASSERT_TRUE(tree.Select(Item("one")) && tree.Select(Item(c.from)));
         document.bios = "changed";
         document.dirty = true;
-        EXPECT_EQ(tree.Select(Item(c.to)), !asks);  // answered No
+        boxes.answers = {BoxAnswer::No, BoxAnswer::Yes};
+        EXPECT_EQ(tree.Select(Item(c.to)), !asks);
         EXPECT_EQ(Selected(), asks ? c.from : c.to);
         EXPECT_TRUE(document.dirty && document.bios == "changed");
-        boxes.answers = {BoxAnswer::Yes};
-        WithStep(0, [&] { EXPECT_TRUE(tree.Select(Item(c.to))); });
+        const auto opened = WithStep(0, [&] { EXPECT_TRUE(tree.Select(Item(c.to))); });
         EXPECT_EQ(opened, asks ? std::vector{PathOf(c.read)} : std::vector<std::string>());
         EXPECT_EQ(Selected(), c.to);
-        EXPECT_EQ(window.page, c.page);
-        EXPECT_EQ(boxes.shown.size(), asks ? 2U : 0U);
-        boxes.shown.clear();
+        EXPECT_EQ(window.pages.back(), c.page);
+        EXPECT_THAT(Shown(boxes), SizeIs(asks ? 2 : 0));
         document.dirty = false;
     }
-    ASSERT_TRUE(tree.Select(Item("two/Sound")));
-    EXPECT_EQ(tree.GetSelectedConfigFile(), "two.dta");
-    ASSERT_TRUE(tree.SelectByName("b", NodeKind::Group));
     EXPECT_EQ(tree.GetSelectedConfigFile(), "");
     EXPECT_EQ(TakeBox(), "Error: No Configuration has been selected");
+    ASSERT_TRUE(tree.SelectByName("two", NodeKind::Configuration));
+    EXPECT_EQ(tree.GetSelectedConfigFile(), "two.dta");
     EXPECT_FALSE(tree.SelectByName("b", NodeKind::Configuration));
 }
 
@@ -117,57 +140,142 @@ TEST_F(EpsxeTreeTest, AFileThatCantBeReadLeadsBack) {
     EXPECT_EQ(document.fileGroup, "b");
 }
 
-TEST_F(EpsxeTreeTest, TakesInWhatIsNew) {
-    tree.AddGroup("B0", "a");
-    EXPECT_EQ(Shape(), "a(b(three two) B0() one) c() top");
-    EXPECT_EQ(Selected(), "B0");
-    document.settings.SetGroups({"c", "a", "b"}, {"My Epsxe", "My Epsxe"});
-    tree.OnUpdate();
-    tree.AddGroup("d", "c");
-    EXPECT_EQ(Shape(), Reread());
-    EXPECT_EQ(Selected(), "d");
-    for (const auto* group : {"a", "c"}) {  // the second time in place of the first
-        Write("Op", group);
-        tree.AddConfiguration("Op", group);
-        EXPECT_EQ(Item("Op").node->parent->text, group);
-        EXPECT_EQ(Selected(), "Op");
-        EXPECT_EQ(document.fileGroup, group);
-    }
-}
-
-TEST_F(EpsxeTreeTest, RenamesWhatMayBeRenamed) {
+// Each row begins with what the one before has left, and with the item to delete or three/Sound
+// selected.
+TEST_F(EpsxeTreeTest, DoesWhatMayBeDoneAndTellsWhyNot) {
+    ASSERT_TRUE(files->Rename(PathOf("two"), InConfig("two.DTA")).ok());
+    const std::string longest(251, 'z');
     const std::string bad =
         "Invalid Characters: Config names cannot contain any of the following characters, "
         "\\/:?\"<>|;*";
-    const std::string reserved = "Error: Illegal Filename.";
     const std::string there =
         "Name Exists: Cannot Rename.  A Configuration with this name already exists";
     const std::string group_there =
         "Group Exists: Cannot Rename.  A group with this name already exists";
-    WriteFile(PathOf("New File"), "");  // not in the tree
+    const std::string pending =
+        "Changes pending: Unable to move item. You have not saved your current changes.";
+    const std::string lost =
+        "Switch view?: Warning: This action will cause your current changes to be lost.  Do you "
+        "wish to continue?";
+    const std::string file = "Confirm Delete: Are you sure you wish to delete this file?";
+    const std::string group =
+        "Remove Group?: This action will delete all configurations contained within this group. "
+        "\nDo you wish to continue?";
+    const std::string full = ".dta: No space left on device";
+    const auto stays = "Error: Unable to delete three" + full;
     const struct {
-        std::string item, text, box;
-    } refused[] = {
-        {"My Epsxe", "x", ""},
-        {"one", "", ""},
-        {"a", "a*", bad},
-        {"one", "My Epsxe", reserved},
-        {"one", "ONE", there},
-        {"one", "new file", there},
-        {"a", "a", group_there},
-        {"b", "c", group_there},
-        {"one", std::string("n\0l", 3), "Error: Unable to rename one.dta: no name of a file"},
-        {"one", std::string(252, 'n'), "Error: Unable to rename one.dta: File name too long"},
+        std::string command, item, to;
+        std::vector<std::string> told;
+        std::string state{};   // empty: nothing changes
+        int failing_step = 0;  // of those on files
+        bool dirty = false;
+    } rows[] = {
+        {"rename", "My Epsxe", "x", {}},
+        {"rename", "one/Sound", "x", {}},
+        {"rename", "one", "", {}},
+        {"rename", "a", "a*", {bad}},
+        {"rename", "one", "My Epsxe", {"Error: Illegal Filename."}},
+        {"rename", "one", "ONE", {there}},
+        {"rename", "one", "TWO", {there}},
+        {"rename", "a", "a", {group_there}},
+        {"rename", "b", "c", {group_there}},
+        {"rename", "one", "n\0l"s, {"Error: Unable to rename one.dta: no name of a file"}},
+        {"rename", "one", longest + 'z', {"Error: Unable to rename one.dta: File name too long"}},
+        {"rename", "one", "x", {"Error: Unable to rename one" + full}, "", 1},
+        {"rename", "two", longest, {}, "a(b(three " + longest + ") one) c() top @three/Sound"},
+        {"rename", longest, "two", {}, home + " @three/Sound"},
+        {"drop", "one", "two/Sound", {}},
+        {"drop", "a", "a", {}},
+        {"drop", "a", "b", {}},
+        {"drop", "My Epsxe", "c", {}},
+        {"show", "one", "c", {pending}, "", 0, true},
+        {"drop", "one", "a", {}, home + " @one"},
+        {"show", "one", "b", {}, "a(b(one three two)) c() top @one"},
+        {"drop", "two", "My Epsxe", {}, "a(b(one three)) c() top two @two"},
+        {"show", "b", "c", {}, "a() c(b(one three)) top two @three/Sound"},
+        {"show", "a", "b", {}, "c(b(a() one three)) top two @three/Sound"},
+        {"drop", "b", "My Epsxe", {}, "b(a() one three) c() top two @three/Sound"},
+        {"keep", "two", "", {file}},
+        {"keep", "two", "", {lost}, "", 0, true},
+        {"delete", "two", "", {lost, file}, "b(a() one three) c() top @My Epsxe", 0, true},
+        {"delete", "one/Sound", "", {file}, "b(a() three) c() top @My Epsxe"},
+        {"delete", "three", "", {file, stays}, "b(a() three) c() top @My Epsxe", 1},
+        {"keep", "b", "", {group}},
+        {"stop", "My Epsxe", "", {group}, "b(three) c() top @My Epsxe"},
+        {"delete", "b", "", {group, stays}, "b(three) c() top @My Epsxe", 1},
+        {"delete", "b", "", {group}, "c() top @My Epsxe"},
+        {"delete", "My Epsxe", "", {group}, " @My Epsxe"},
     };
-    for (const auto& c : refused) {
-        EXPECT_FALSE(tree.Rename(Item(c.item), c.text)) << c.text;
-        EXPECT_EQ(TakeBox(), c.box);
-        EXPECT_EQ(Shape(), home);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.command + " " + row.item + " " + row.to);
+        const bool of_selected = row.to.empty() && row.command != "rename";
+        tree.Select(Item(of_selected ? row.item : "three/Sound"));
+        const auto before = State();
+        document.dirty = row.dirty;
+        bool done = false;
+        WithStep(row.failing_step, [&] { done = Do(row.command, row.item, row.to); });
+        EXPECT_EQ(done, !row.state.empty());
+        EXPECT_EQ(State(), row.state.empty() ? before : row.state);
+        EXPECT_EQ(document.dirty, row.dirty && row.state.empty());
+        EXPECT_EQ(Shown(boxes), row.told);
+        document.dirty = false;
     }
-    ASSERT_TRUE(files->Rename(PathOf("two"), InConfig("two.DTA")).ok());
-    EXPECT_TRUE(tree.Rename(Item("two"), std::string(251, 'n')));
-    EXPECT_FALSE(Exists(InConfig("two.DTA")));
-    EXPECT_TRUE(Exists(PathOf(std::string(251, 'n'))));
+    EXPECT_THAT(FileNames(), SizeIs(0));
+    EXPECT_EQ(waiting.begun.back().what, "Deleting group My Epsxe");
+    EXPECT_TRUE(waiting.begun.back().can_stop);
+    EXPECT_EQ(waiting.told.back().total, 1U);
+}
+
+TEST_F(EpsxeTreeTest, TakesInWhatIsNew) {
+    tree.AddGroup("B0", "a");
+    EXPECT_EQ(Shape(), "a(b(three two) B0() one) c() top");
+    document.settings.SetGroups({"c", "a", "b"}, {"My Epsxe", "My Epsxe"});
+    tree.OnUpdate();
+    tree.AddGroup("d", "c");
+    EXPECT_THAT(State(), EndsWith(" @d"));
+    for (const auto* group : {"a", "c"}) {  // the second time in place of the first
+        Write("Op", group);
+        tree.AddConfiguration("Op", group);
+        EXPECT_EQ(Node("Op").parent->text + Selected() + document.fileGroup, group + "Op"s + group);
+    }
+    const std::string wide(600'000, 'w');
+    tree.AddGroup(wide, "My Epsxe");
+    EXPECT_TRUE(tree.Drop(Node("d"), Item(wide)));
+    EXPECT_FALSE(tree.Drop(Node("a"), Item(wide))) << "no list takes that name twice";
+    EXPECT_FALSE(tree.Rename(Item("d"), wide + "2"));
+    EXPECT_THAT(State(), EndsWith(" @My Epsxe"));
+    EXPECT_EQ(TakeBox(), "");
+}
+
+TEST_F(EpsxeTreeTest, WhatIsRefusedLeavesAgreement) {
+    ASSERT_TRUE(tree.Select(Item("two")));
+    WithStep(1, [&] { EXPECT_FALSE(tree.Drop(Node("two"), Item("c"))); });
+    EXPECT_THAT(TakeBox(), StartsWith("File Not Found: Unable to save settings to two.dta"));
+    EXPECT_EQ(document.fileGroup, "b");
+
+    struct LockedFolder : FailingFiles {
+        using FailingFiles::FailingFiles;
+        platform::Result<std::vector<std::string>> List(const std::string& path) override {
+            return platform::Error{platform::ErrorKind::Denied, path, "Permission denied"};
+        }
+        platform::Status Remove(const std::string& path) override { return List(path).error(); }
+    } locked(*files, 0, FailingFiles::At::Fail);
+    {
+        const auto in_locked_folder = With(locked);
+        EXPECT_FALSE(tree.Rename(Item("b"), "new"));
+        EXPECT_EQ(TakeBox(), "Error: Unable to rename config: Permission denied");
+        ASSERT_TRUE(tree.Select(Item("a")));
+        Do("delete", "", "");
+        EXPECT_EQ(Shown(boxes).back(), "Error: Unable to delete three.dta: Permission denied");
+    }
+    tree.OnUpdate();
+    ASSERT_TRUE(tree.Select(Item("one")) && tree.Select(Item("a")));
+    ASSERT_TRUE(files->Remove(PathOf("one")).ok());
+    EXPECT_FALSE(tree.Drop(Node("one"), Item("c"))) << "though it is in hand";
+    Write("My Epsxe", "My Epsxe");  // can't be loaded, and so not be saved either
+    tree.OnUpdate();
+    EXPECT_EQ(Shape(), "a(b(three two)) c() My Epsxe top");
+    EXPECT_FALSE(tree.Drop(*tree.nodes().root().children[2], Item("c")));
 }
 
 TEST_F(EpsxeTreeTest, ARenameKeepsUnsavedChangesInHand) {
@@ -186,7 +294,6 @@ TEST_F(EpsxeTreeTest, ARenameKeepsUnsavedChangesInHand) {
         EXPECT_EQ(Reread(), "a(b2(three two b) one b) c() top");
         EXPECT_TRUE(files->Remove(PathOf("one b")).ok() && files->Remove(PathOf("two b")).ok());
     }
-    EXPECT_EQ(TakeBox(), "");
 }
 
 TEST_F(EpsxeTreeTest, ARenamedGroupKeepsAllElseOfItsFilesAndLists) {
@@ -213,177 +320,72 @@ TEST_F(EpsxeTreeTest, ARenameRefusedOrKilledAtAnyStepIsMendedByTheSameRename) {
         for (const auto* name : {"two", "three"}) {
             EXPECT_THAT(ReadFile(PathOf(name)), AnyOf(TextIn(from), TextIn(to)));
         }
-        EXPECT_EQ(CountFiles(), 4U);
+        EXPECT_THAT(FileNames(), SizeIs(4));
         EXPECT_TRUE(tree.Rename(Item(from), to));
         EXPECT_EQ(Reread(), "a(" + to + "(three two) one) c() top");
         from = to;
     };
     for (int step = 1; step <= static_cast<int>(refused.size()); ++step) {
         SCOPED_TRACE(step);
-        const auto name = std::to_string(step);
+        const auto to = "r" + std::to_string(step);
         const char file = refused[static_cast<std::size_t>(step - 1)];
-        bool renamed = false;
-        WithStep(step, [&] { renamed = tree.Rename(Item(from), "r" + name); });
-        EXPECT_EQ(renamed, file == '-');
-        EXPECT_EQ(TakeBox(), renamed ? ""
-                                     : std::string("Error: Unable to rename ") +
-                                           (file == 'h' ? "three" : "two") +
-                                           ".dta: No space left on device");
+        WithStep(step, [&] { EXPECT_EQ(tree.Rename(Item(from), to), file == '-'); });
         EXPECT_EQ(Shape(), Reread());
-        if (renamed) {
-            from = "r" + name;
+        if (file == '-') {
+            from = to;
             continue;
         }
-        mend("r" + name);
+        EXPECT_EQ(TakeBox(), std::string("Error: Unable to rename ") +
+                                 (file == 'h' ? "three" : "two") + ".dta: No space left on device");
+        mend(to);
 
         const pid_t child = fork();
         if (child == 0) {
             FailingFiles stepped(*files, step, FailingFiles::At::Kill);
-            const platform::HostScope killing({.files = &stepped, .waiting = &waiting});
-            RewriteGroup(ConfigFolder(environment.ConfigFolder()), *Item(from).node, "k" + name);
+            const auto killing = With(stepped);
+            RewriteGroup(ConfigFolder(document.configDir), Node(from), "k" + to);
             _exit(1);  // not killed
         }
         int status = -1;
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_EQ(status, 0);
-        platform::SweepTemporaries(*files, environment.ConfigFolder());
+        platform::SweepTemporaries(*files, document.configDir);
         tree.OnUpdate();
-        mend("k" + name);
+        mend("k" + to);
     }
     for (const std::size_t stop_at : {2U, 4U}) {
         waiting.stop_at = stop_at;
         EXPECT_FALSE(tree.Rename(Item(from), "x"));
         EXPECT_EQ(ReadFile(PathOf("two")), TextIn(from));
-        EXPECT_EQ(CountFiles(), 4U);
+        EXPECT_THAT(FileNames(), SizeIs(4));
+        EXPECT_EQ(waiting.begun.back().what, "Renaming group " + from);
+        EXPECT_TRUE(waiting.begun.back().can_stop);
+        EXPECT_EQ(waiting.told.back().done, stop_at);
     }
     EXPECT_EQ(TakeBox(), "");
 }
 
-TEST_F(EpsxeTreeTest, DeletesWhatTheUserConfirms) {
-    const std::string file = "Confirm Delete: Are you sure you wish to delete this file?";
-    const std::string group =
-        "Remove Group?: This action will delete all configurations contained within this group. "
-        "\nDo you wish to continue?";
-    const struct {
-        std::string item, question, left;
-    } cases[] = {
-        {"two", file, "a(b(three) one) c() top"},
-        {"one/Sound", file, "a(b(three)) c() top"},
-        {"b", group, "a() c() top"},
-        {"My Epsxe", group, ""},
-    };
-    ASSERT_TRUE(files->Rename(PathOf("three"), InConfig("three.DTA")).ok());
-    for (const auto& c : cases) {
-        ASSERT_TRUE(tree.Select(Item(c.item)));
-        const auto shape = Shape();
-        document.dirty = true;
-        tree.OnDelete();
-        EXPECT_THAT(TakeBox(), StartsWith("Switch view?: "));
-        boxes.answers = {BoxAnswer::Yes, BoxAnswer::No};
-        tree.OnDelete();
-        EXPECT_EQ(TakeBox(), c.question);
-        EXPECT_FALSE(document.dirty);
-        EXPECT_EQ(Selected(), c.item);
-        EXPECT_EQ(Reread(), shape);
-        boxes.answers = {BoxAnswer::Yes};
-        tree.OnDelete();
-        EXPECT_EQ(Shape(), c.left);
-        EXPECT_EQ(Selected(), "My Epsxe");
+TEST_F(EpsxeTreeTest, ACopyIsWholeAndTakesThePlaceOfAnOldOne) {
+    const auto copy = [this] { return OnCopyConfig(document, tree); };
+    EXPECT_FALSE(copy());
+    EXPECT_EQ(TakeBox(), "No cfg: No Config selected");
+    ASSERT_TRUE(tree.Select(Item("one")));
+    WriteFile(PathOf("one"), "REGEDIT4\n; fileGroup = a\r\n\xE9 no line end");
+    WriteFile(InConfig("a copy of one.dta"), "old");
+    WithStep(5, [&] { EXPECT_FALSE(copy()); });  // the first write
+    EXPECT_EQ(TakeBox(), "Error: Unable to copy one.dta: No space left on device");
+    EXPECT_EQ(ReadFile(InConfig("a copy of one.dta")), "old");
+    EXPECT_TRUE(copy());
+    EXPECT_EQ(ReadFile(InConfig("a copy of one.dta")),
+              "REGEDIT4\r\n; fileGroup = a\r\n\xE9 no line end\r\n");
+    EXPECT_THAT(FileNames(), SizeIs(5));
+    for (const std::size_t length : {240U, 241U}) {
+        const std::string name(length, 'n');
+        Write(name, "a");
+        tree.AddConfiguration(name, "a");
+        EXPECT_EQ(copy(), length == 240);
     }
-    EXPECT_EQ(CountFiles(), 0U);
-    EXPECT_TRUE(document.settings.GetParents().empty());
-}
-
-TEST_F(EpsxeTreeTest, WhatTheSystemRefusesIsReportedAndLeavesAgreement) {
-    const std::string refusal = " two.dta: No space left on device";
-    ASSERT_TRUE(tree.Select(Item("two")));
-    WithStep(1, [&] { EXPECT_FALSE(tree.Rename(Item("two"), "new")); });
-    EXPECT_EQ(TakeBox(), "Error: Unable to rename" + refusal);
-    boxes.answers = {BoxAnswer::Yes, BoxAnswer::Yes};
-    WithStep(1, [&] { tree.OnDelete(); });
-    EXPECT_EQ(TakeBox(), "Error: Unable to delete" + refusal);
-    EXPECT_EQ(Shape(), home);
-    ASSERT_TRUE(tree.Select(Item("a")));
-    WithStep(2, [&] { tree.OnDelete(); });
-    EXPECT_EQ(TakeBox(), "Error: Unable to delete" + refusal);
-    EXPECT_EQ(Shape(), "a(b(two) one) c() top");
-
-    struct Locked : FailingFiles {
-        using FailingFiles::FailingFiles;
-        platform::Result<std::vector<std::string>> List(const std::string& path) override {
-            return platform::Error{platform::ErrorKind::Denied, path, "Permission denied"};
-        }
-        platform::Status Remove(const std::string& path) override { return List(path).error(); }
-    } locked(*files, 0, FailingFiles::At::Fail);
-    {
-        const auto in_locked_folder = With(locked);
-        ASSERT_TRUE(tree.Select(Item("a")));
-        boxes.answers = {BoxAnswer::Yes};
-        tree.OnDelete();
-        EXPECT_EQ(TakeBox(), "Error: Unable to delete two.dta: Permission denied");
-    }
-    tree.OnUpdate();
-    EXPECT_EQ(Shape(), "a(b(two) one) c() top");
-
-    ASSERT_TRUE(tree.Select(Item("two")));
-    WithStep(1, [&] { EXPECT_FALSE(tree.Drop(*Item("two").node, Item("c"))); });
-    EXPECT_EQ(boxes.shown.size(), 1U);
-    EXPECT_THAT(TakeBox(), StartsWith("File Not Found: Unable to save settings to two.dta"));
-    EXPECT_EQ(document.fileGroup, "b");
-    document.dirty = true;
-    EXPECT_FALSE(tree.Drop(*Item("one").node, Item("c")));
-    EXPECT_EQ(TakeBox(),
-              "Changes pending: Unable to move item. You have not saved your current "
-              "changes.");
-    EXPECT_EQ(Selected(), "two");
-    document.dirty = false;
-    ASSERT_TRUE(files->Remove(PathOf("one")).ok());
-    EXPECT_FALSE(tree.Drop(*Item("one").node, Item("c")));
-    EXPECT_FALSE(Exists(PathOf("one")));
-    EXPECT_EQ(Shape(), "a(b(two) one) c() top");
-}
-
-TEST_F(EpsxeTreeTest, MovesWhatMayBeMoved) {
-    const struct {
-        std::string dragged, target, shape;  // without a shape nothing moves
-        bool shown_as_target;
-    } cases[] = {
-        {"one", "two/Sound", "", false},
-        {"a", "a", "", false},
-        {"a", "b", "", false},
-        {"My Epsxe", "c", "", false},
-        {"one", "a", "a(b(three two) one) c() top", false},
-        {"one", "b", "a(b(one three two)) c() top", true},
-        {"two", "My Epsxe", "a(b(one three)) c() top two", false},
-        {"b", "c", "a() c(b(one three)) top two", true},
-        {"a", "b", "c(b(a() one three)) top two", true},
-        {"b", "My Epsxe", "b(a() one three) c() top two", false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.dragged + " to " + c.target);
-        const bool moves = !c.shape.empty();
-        const auto shape = moves ? c.shape : Shape();
-        auto& dragged = *Item(c.dragged).node;
-        EXPECT_EQ(CEpsxeTree::IsDropTarget(dragged, Item(c.target)), c.shown_as_target);
-        ASSERT_TRUE(tree.Select(Item("three/Sound")));
-        EXPECT_EQ(tree.Drop(dragged, Item(c.target)), moves);
-        EXPECT_EQ(Shape(), shape);
-        EXPECT_EQ(Reread(), shape);
-        const bool selects = moves && dragged.kind == NodeKind::Configuration;
-        EXPECT_EQ(Selected(), selects ? c.dragged : "three/Sound");
-    }
-    EXPECT_EQ(TakeBox(), "");
-}
-
-TEST_F(EpsxeTreeTest, AFileOfTheRootsNameIsNeverWrittenWithAnotherRecord) {
-    Write("My Epsxe", "My Epsxe");
-    tree.OnUpdate();
-    tree.Select(Item("one"));
-    const auto item = TreeItem{tree.nodes().Find("My Epsxe", NodeKind::Configuration)};
-    tree.Select(item);
-    EXPECT_EQ(document.NameInHand(), "one");
-    EXPECT_FALSE(tree.Drop(*item.node, Item("c")));
-    EXPECT_EQ(ReadFile(PathOf("My Epsxe")), TextIn("My Epsxe"));
+    EXPECT_EQ(TakeBox(), "name too large: Filenme too large");
 }
 
 }  // namespace
