@@ -6,10 +6,10 @@
 #include "launch/emulator_values.h"
 #include "platform/ascii.h"
 #include "platform/environment.h"
-#include "platform/file_search.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
 #include "platform/stored_path.h"
+#include "store/config_folder.h"
 #include "store/option_table.h"
 #include "store/registry_editor.h"
 #include "store/velto_settings.h"
@@ -43,8 +43,9 @@ std::optional<OptionTexts> ReadTexts(const CConfigFile& file) {
 }
 
 // Whether the file is there, in exactly this spelling; reports if it isn't.
-bool IsThere(const std::string& folder, const std::string& file) {
-    const auto found = platform::FindFile(folder, file);
+bool IsThere(const ConfigFolder& folder, const std::string& name) {
+    const auto file = ConfigFolder::FileOf(name);
+    const auto found = folder.Find(name);
     if (found == file) return true;
     auto text = file + " does not exist";
     if (found) text += ". Remember that names are case sensitive.";
@@ -80,15 +81,15 @@ std::optional<DirectConfig> ReadDirectConfig(const CConfigFile& file) {
 }
 
 bool RunDirect(const std::string& name) {
-    const auto folder = platform::HostEnvironment().ConfigFolder();
-    const auto file = name + std::string(kConfigEnding);
-    if (!IsThere(folder, file)) return false;
+    const ConfigFolder folder(platform::HostEnvironment().ConfigFolder());
+    if (!IsThere(folder, name)) return false;
 
     CVeltoSettings settings;
-    RestoreFile(file, folder);
+    const auto file = ConfigFolder::FileOf(name);
+    RestoreFile(file, folder.path());
 
     // A file that has vanished by now has no keys.
-    auto opened = CConfigFile::Open(platform::JoinPath(folder, file));
+    auto opened = CConfigFile::Open(folder.PathOf(file));
     const auto text = opened.ok() ? std::move(opened).value() : CConfigFile();
     if (IsPortable(text)) {
         platform::Report(

@@ -6,7 +6,6 @@
 
 #include "launch/emulator_values.h"
 #include "platform/ascii.h"
-#include "platform/file_search.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/process.h"
@@ -19,10 +18,6 @@ namespace {
 bool ConfirmLoss() {
     return platform::ConfirmLoss(
         "This action will cause your unsaved changes to be lost.  Continue?", "Discard changes?");
-}
-
-std::string NameOf(const std::string& file) {
-    return file.substr(0, file.size() - std::min(file.size(), kConfigEnding.size()));
 }
 
 platform::ProcessRequest RequestFor(const std::string& path, const std::string& arguments) {
@@ -52,17 +47,17 @@ void UnloadOtherPlugins(CPluginCatalogue& catalogue, const ConfigRecord& record)
 bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCatalogue& catalogue) {
     if (file.empty() || (document.dirty && !ConfirmLoss())) return false;
     auto& settings = document.settings;
-    auto branch = BorrowedBranch::ForRun(document.configDir);
+    auto branch = BorrowedBranch::ForRun(document.configDir.path());
     if (!branch) return false;
-    const auto found = platform::FindFile(document.configDir, file);
-    RestoreFile(found.value_or(file), document.configDir);
+    const auto name = ConfigFolder::NameOf(file);
+    RestoreFile(document.configDir.Find(name).value_or(file), document.configDir.path());
     // Behind the merge, which may bring in an image of its own.
     ApplyToRegistry(document);
     const auto arguments =
         EmulatorArguments(document.commandLine, document.cdrIsInternalIso, document.imageFileName);
     UnloadOtherPlugins(catalogue, document);
     const auto path = settings.GetEmulatorPath();
-    return Start({path, RequestFor(path, arguments), NameOf(file), std::move(branch)});
+    return Start({path, RequestFor(path, arguments), name, std::move(branch)});
 }
 
 bool LaunchCycle::LaunchEmulator(const std::string& path, const std::string& arguments) {

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/file_search.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 #include "platform/stored_path.h"
@@ -151,9 +150,8 @@ void CMainFrame::OnHandOver(const std::string& name) {
 }
 
 bool CMainFrame::CheckHandedOver(const std::string& name) const {
-    const auto file = name + std::string(kConfigEnding);
-    const auto found = platform::FindFile(document_.configDir, file);
-    if (found == file) return true;
+    const auto found = document_.configDir.Find(name);
+    if (found == ConfigFolder::FileOf(name)) return true;
     const std::string hint = found ? ". Remember that names are case sensitive." : "";
     platform::Report(name + " does not exist" + hint, "File not found");
     return false;

@@ -9,7 +9,7 @@
 #include "platform/message_box.h"
 #include "platform/registry.h"
 #include "shell/command_line.h"
-#include "store/config_file.h"
+#include "store/config_folder.h"
 #include "store/velto_settings.h"
 
 namespace velto {
@@ -59,7 +59,7 @@ void CVeltoApp::MeetFirstProcess(const std::string& flag, const std::string& nam
     if (answer == platform::HandOverResult::Answered) status_ = 0;
     // What can't be handed over because of its length can't be a file either.
     if (answer == platform::HandOverResult::Refused && name.size() > platform::kLongestName) {
-        platform::Report(name + std::string(kConfigEnding) + " does not exist", "File not found");
+        platform::Report(ConfigFolder::FileOf(name) + " does not exist", "File not found");
     }
 }
 

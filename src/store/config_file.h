@@ -17,8 +17,6 @@
 
 namespace velto {
 
-inline constexpr std::string_view kConfigEnding = ".dta";
-
 // What stands for "nothing chosen" in every option that holds text.
 inline constexpr std::string_view kUnset = "NULL";
 

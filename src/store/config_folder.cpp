@@ -5,20 +5,24 @@
 
 #include "platform/file_search.h"
 #include "platform/files.h"
-#include "store/config_file.h"
 
 namespace velto {
+namespace {
+
+constexpr std::string_view kEnding = ".dta";
+
+}  // namespace
 
 std::string ConfigFolder::PathOf(const std::string& file) const {
     return platform::JoinPath(path_, file);
 }
 
 std::string ConfigFolder::FileOf(std::string_view name) {
-    return std::string(name).append(kConfigEnding);
+    return std::string(name).append(kEnding);
 }
 
 std::string ConfigFolder::NameOf(std::string_view file) {
-    return std::string(file.substr(0, file.size() - std::min(file.size(), kConfigEnding.size())));
+    return std::string(file.substr(0, file.size() - std::min(file.size(), kEnding.size())));
 }
 
 std::optional<std::string> ConfigFolder::Find(std::string_view name) const {
@@ -39,7 +43,7 @@ platform::Result<std::string> ConfigFolder::Target(const std::string& name) cons
 }
 
 platform::Result<std::vector<std::string>> ConfigFolder::List() const {
-    auto files = platform::FindNamesEndingIn(path_, kConfigEnding);
+    auto files = platform::FindNamesEndingIn(path_, kEnding);
     if (files.empty()) {
         // The search is silent about a folder that can't be read.
         const auto listed = platform::Files().List(path_);
@@ -50,9 +54,9 @@ platform::Result<std::vector<std::string>> ConfigFolder::List() const {
 
 std::map<std::string, std::string> ConfigFolder::Spellings() const {
     std::map<std::string, std::string> spellings;
-    for (auto& file : platform::FindFilesEndingIn(path_, kConfigEnding)) {
+    for (auto& file : platform::FindFilesEndingIn(path_, kEnding)) {
         const auto name = NameOf(file);
-        if (file.ends_with(kConfigEnding)) {
+        if (file.ends_with(kEnding)) {
             spellings.insert_or_assign(name, std::move(file));
         } else {
             spellings.try_emplace(name, std::move(file));

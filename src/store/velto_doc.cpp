@@ -3,7 +3,6 @@
 #include <tuple>
 #include <utility>
 
-#include "platform/file_search.h"
 #include "platform/files.h"
 #include "platform/message_box.h"
 
@@ -21,7 +20,7 @@ bool CVeltoDoc::LoadConfig(const std::string& name) {
     const auto opened = OpenConfig(name);
     if (!opened.ok()) {
         platform::Report(
-            "Unable to open " + name + std::string(kConfigEnding) + " in folder " + configDir,
+            "Unable to open " + ConfigFolder::FileOf(name) + " in folder " + configDir.path(),
             "File Not Found");
         return true;
     }
@@ -100,12 +99,12 @@ bool CVeltoDoc::SendBack() {
 }
 
 platform::Result<CConfigFile> CVeltoDoc::OpenConfig(const std::string& name) const {
-    const auto file = name + std::string(kConfigEnding);
-    const auto found = platform::FindFile(configDir, file);
+    const auto found = configDir.Find(name);
     if (!found) {
-        return platform::Error{platform::ErrorKind::NotFound, file, "there is no such file"};
+        return platform::Error{platform::ErrorKind::NotFound, ConfigFolder::FileOf(name),
+                               "there is no such file"};
     }
-    return CConfigFile::Open(platform::JoinPath(configDir, *found));
+    return CConfigFile::Open(configDir.PathOf(*found));
 }
 
 }  // namespace velto

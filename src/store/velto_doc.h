@@ -13,6 +13,7 @@
 
 #include "platform/files.h"
 #include "platform/result.h"
+#include "store/config_folder.h"
 #include "store/config_record.h"
 #include "store/editor.h"
 #include "store/velto_settings.h"
@@ -69,7 +70,7 @@ class CVeltoDoc : public ConfigRecord {
     // The configuration in hand has been renamed.
     void FollowRename(const std::string& name) { loaded_name_ = name; }
 
-    const std::string configDir;
+    const ConfigFolder configDir;
     CVeltoSettings settings;
     // The record or the pending plug-in settings differ from the file.
     bool dirty = false;
@@ -80,7 +81,7 @@ class CVeltoDoc : public ConfigRecord {
     // True, for the tree, whose way back then loads nothing.
     bool SendBack();
     platform::Result<CConfigFile> OpenConfig(const std::string& name) const;
-    std::string PendingDumpPath() const { return platform::JoinPath(configDir, kPendingDump); }
+    std::string PendingDumpPath() const { return configDir.PathOf(kPendingDump); }
 
     Editor& editor_;
     std::string loaded_name_;

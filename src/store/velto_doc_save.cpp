@@ -1,7 +1,6 @@
 #include <optional>
 #include <utility>
 
-#include "platform/file_search.h"
 #include "platform/files.h"
 #include "platform/line_ends.h"
 #include "platform/message_box.h"
@@ -13,17 +12,12 @@ namespace {
 
 using platform::ErrorKind;
 using platform::Files;
-using platform::JoinPath;
 using platform::Result;
 using platform::Status;
 
-// A full path as it is; a name in the spelling that the folder has for it.
-Result<std::string> PathIn(const std::string& folder, const std::string& file) {
-    if (file.starts_with('/')) return file;
-    if (!platform::IsFileName(file)) {
-        return platform::Error{ErrorKind::Malformed, file, "no name of a file"};
-    }
-    return JoinPath(folder, platform::FindFile(folder, file).value_or(file));
+// The file of a full path without its ending, or of a name in the folder.
+Result<std::string> PathIn(const ConfigFolder& folder, const std::string& name) {
+    return name.starts_with('/') ? ConfigFolder::FileOf(name) : folder.Target(name);
 }
 
 // The file's text with LF line ends; nothing if there is no such file.
@@ -49,13 +43,13 @@ std::string CopyPluginLines(std::string_view from) {
 }
 
 bool CVeltoDoc::SaveConfig(const std::string& source, bool magic, const std::string& destination) {
-    const auto file = destination + std::string(kConfigEnding);
-    const auto saved = Save(source + std::string(kConfigEnding), magic, file);
+    const auto saved = Save(source, magic, destination);
     if (saved.ok()) {
         if (!magic) dirty = false;
         return true;
     }
-    platform::Report("Unable to save settings to " + file + " in folder " + configDir,
+    platform::Report("Unable to save settings to " + ConfigFolder::FileOf(destination) +
+                         " in folder " + configDir.path(),
                      "File Not Found");
     return false;
 }

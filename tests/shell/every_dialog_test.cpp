@@ -36,7 +36,7 @@ class EveryDialogTest : public HomeTest {
     }
 
     const QFont font = QApplication::font();
-    CNewConfig new_config{environment.ConfigFolder()};
+    CNewConfig new_config{ConfigFolder(environment.ConfigFolder())};
     CNewGroup new_group;
     const std::function<std::unique_ptr<QDialog>()> dialogs[8] = {
         [] { return std::make_unique<CPathsDlg>(); },

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "store/config_file.h"
+#include "store/config_folder.h"
 #include "store/editor.h"
 
 namespace velto::test {
@@ -14,7 +14,7 @@ class FakeEditor : public Editor {
   public:
     std::string GetSelectedConfigName() override { return selected; }
     std::string GetSelectedConfigFile() override {
-        return kind == NodeKind::Group ? "" : selected + std::string(kConfigEnding);
+        return kind == NodeKind::Group ? "" : ConfigFolder::FileOf(selected);
     }
     NodeKind SelectedKind() override { return kind; }
     NodeKind PreviousKind() override { return previous; }

@@ -36,7 +36,7 @@ bool OnCopyConfig(const CVeltoDoc& document, const CEpsxeTree& tree) {
         platform::Report("Filenme too large", "name too large");
         return false;
     }
-    const auto copied = Copy(ConfigFolder(document.configDir), tree.GetSelectedConfigName());
+    const auto copied = Copy(document.configDir, tree.GetSelectedConfigName());
     if (copied.ok()) return true;
     platform::Report("Unable to copy " + file + ": " + copied.error().text);
     return false;

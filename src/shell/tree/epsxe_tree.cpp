@@ -33,7 +33,7 @@ bool ConfirmDeletion(const TreeItem& item) {
 }  // namespace
 
 CEpsxeTree::CEpsxeTree(CVeltoDoc& document, TreeWindow& window, PageTable pages)
-    : document_(document), window_(window), pages_(pages), folder_(document.configDir) {
+    : document_(document), window_(window), pages_(pages) {
     for (const auto& row : pages_) {
         if (row.of == PageOf::OwnNode) own_pages_.push_back(&row);
     }
@@ -53,7 +53,7 @@ int CEpsxeTree::PageNumber(const TreeItem& item) const {
 }
 
 void CEpsxeTree::OnUpdate() {
-    auto root = BuildTree(GroupLists::Read(document_.settings), folder_);
+    auto root = BuildTree(GroupLists::Read(document_.settings), document_.configDir);
     selected_ = {};
     lastSelected = {};
     nodes_.Rebuild(std::move(root));
@@ -155,15 +155,16 @@ bool CEpsxeTree::Rename(const TreeItem& item, const std::string& text) {
 }
 
 bool CEpsxeTree::RenameConfiguration(const TreeNode& node, const std::string& text) {
-    if (folder_.Find(text)) {
+    const auto& folder = document_.configDir;
+    if (folder.Find(text)) {
         platform::Report("Cannot Rename.  A Configuration with this name already exists",
                          "Name Exists", BoxIcon::Warning);
         return false;
     }
-    const auto from = folder_.Spelled(node.text);
-    const auto to = folder_.Target(text);
+    const auto from = folder.Spelled(node.text);
+    const auto to = folder.Target(text);
     const auto renamed =
-        to.ok() ? platform::Files().Rename(folder_.PathOf(from), to.value()) : to.status();
+        to.ok() ? platform::Files().Rename(folder.PathOf(from), to.value()) : to.status();
     if (!renamed.ok()) {
         ReportRenameRefusal(from, renamed.error().text);
         return false;
@@ -195,7 +196,7 @@ bool CEpsxeTree::RenameGroup(const TreeNode& node, const std::string& text) {
 }
 
 bool CEpsxeTree::RewriteFiles(const TreeNode& group, const std::string& text) {
-    const auto rewrite = RewriteGroup(folder_, group, text);
+    const auto rewrite = RewriteGroup(document_.configDir, group, text);
     if (rewrite.end == GroupRewrite::End::Done) return true;
     if (rewrite.end != GroupRewrite::End::Stopped) {
         ReportRenameRefusal(rewrite.file, rewrite.reason);
@@ -214,9 +215,9 @@ void CEpsxeTree::OnDelete() {
     if (target.node == nullptr || !document_.GiveUpChanges()) return;
     if (!ConfirmDeletion(target)) return;
     if (target.kind() == NodeKind::Group) {
-        DeleteGroup(folder_, document_.settings, *target.node);
+        DeleteGroup(document_.configDir, document_.settings, *target.node);
     } else {
-        DeleteConfiguration(folder_, target.node->text);
+        DeleteConfiguration(document_.configDir, target.node->text);
     }
     OnUpdate();
     document_.UpdatePages();

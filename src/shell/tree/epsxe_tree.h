@@ -13,7 +13,6 @@
 
 #include "shell/panes/panes.h"
 #include "shell/tree/tree_nodes.h"
-#include "store/config_folder.h"
 #include "store/velto_doc.h"
 
 namespace velto {
@@ -98,7 +97,6 @@ class CEpsxeTree {
     TreeWindow& window_;
     PageTable pages_;
     std::vector<const PageRow*> own_pages_;
-    const ConfigFolder folder_;
     TreeNodes nodes_;
     TreeItem selected_;
     TreeItem lastSelected;

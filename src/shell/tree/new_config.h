@@ -16,8 +16,7 @@ namespace velto {
 
 class CNewConfig {
   public:
-    // A host path without a separator at its end.
-    explicit CNewConfig(std::string folder) : configDir(std::move(folder)) {}
+    explicit CNewConfig(ConfigFolder folder) : configDir(std::move(folder)) {}
 
     std::vector<std::string> Groups() const { return GroupChoices(settings_); }
 

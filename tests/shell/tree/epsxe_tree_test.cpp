@@ -242,6 +242,7 @@ TEST_F(EpsxeTreeTest, TakesInWhatIsNew) {
     tree.AddGroup(wide, "My Epsxe");
     EXPECT_TRUE(tree.Drop(Node("d"), Item(wide)));
     EXPECT_FALSE(tree.Drop(Node("a"), Item(wide))) << "no list takes that name twice";
+    ASSERT_TRUE(tree.Select(Item("d")));
     EXPECT_FALSE(tree.Rename(Item("d"), wide + "2"));
     EXPECT_THAT(State(), EndsWith(" @My Epsxe"));
     EXPECT_EQ(TakeBox(), "");
@@ -343,13 +344,13 @@ TEST_F(EpsxeTreeTest, ARenameRefusedOrKilledAtAnyStepIsMendedByTheSameRename) {
         if (child == 0) {
             FailingFiles stepped(*files, step, FailingFiles::At::Kill);
             const auto killing = With(stepped);
-            RewriteGroup(ConfigFolder(document.configDir), Node(from), "k" + to);
+            RewriteGroup(document.configDir, Node(from), "k" + to);
             _exit(1);  // not killed
         }
         int status = -1;
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_EQ(status, 0);
-        platform::SweepTemporaries(*files, document.configDir);
+        platform::SweepTemporaries(*files, environment.ConfigFolder());
         tree.OnUpdate();
         mend("k" + to);
     }

@@ -26,7 +26,7 @@ class NewConfigTest : public HomeTest {
     }
     std::vector<std::string> Files() { return files->List(environment.ConfigFolder()).value(); }
 
-    CNewConfig new_config{environment.ConfigFolder()};
+    CNewConfig new_config{ConfigFolder(environment.ConfigFolder())};
 };
 
 TEST_F(NewConfigTest, TheFileStartsFromTheEmulatorsPads) {

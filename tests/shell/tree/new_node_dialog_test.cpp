@@ -12,7 +12,7 @@ class NewNodeDialogTest : public HomeTest {};
 
 TEST_F(NewNodeDialogTest, StaysOpenUntilTheNameCanBeHad) {
     for (const auto* group : {"puzzle", "Action"}) CVeltoSettings().AddGroup(group, "My Epsxe");
-    CNewConfig new_config(environment.ConfigFolder());
+    CNewConfig new_config{ConfigFolder(environment.ConfigFolder())};
     CNewConfigDialog dialog(new_config, "puzzle");
     dialog.show();
     auto& group = FieldOf<QComboBox>(dialog, "Group");
