@@ -2,10 +2,11 @@
 
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 
 #include "platform/registry.h"
@@ -55,33 +56,76 @@ void ForgetTheConfiguration(const std::string& registry) {
     Check(platform::WriteValues(*store, writes).ok(), "former values");
 }
 
-Timing Run(std::vector<std::string> command) {
-    int output[2];
-    Check(pipe2(output, O_CLOEXEC) == 0, "pipe");
+namespace {
+
+class Pipe {
+  public:
+    Pipe() { Check(pipe2(ends_, O_CLOEXEC) == 0, "pipe"); }
+    ~Pipe() {
+        close(ends_[0]);
+        CloseInput();
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+    int output() const { return ends_[0]; }
+    int input() const { return ends_[1]; }
+    void CloseInput() {
+        if (ends_[1] >= 0) close(ends_[1]);
+        ends_[1] = -1;
+    }
+
+  private:
+    int ends_[2]{};
+};
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (auto& text : texts) pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+pid_t Spawn(std::vector<std::string>& command, const Pipe& output, const Pipe& told, Peak peak) {
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-    std::vector<char*> arguments;
-    for (auto& argument : command) arguments.push_back(argument.data());
-    arguments.push_back(nullptr);
-
+    posix_spawn_file_actions_adddup2(&actions, output.input(), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, told.input(), PEAK_DESCRIPTOR);
+    std::vector<std::string> variables;
+    for (char** entry = environ; *entry != nullptr; ++entry) variables.emplace_back(*entry);
+    if (peak == Peak::Read) variables.push_back("LD_PRELOAD=" + Program("peak-probe.so"));
     pid_t child = 0;
-    const auto start = Clock::now();
-    Check(posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ) == 0,
-          "spawn " + command[0]);
-    close(output[1]);
-    Timing timing{};
-    char byte = 0;
-    Check(read(output[0], &byte, 1) >= 0, "read");
-    timing.first_byte = Since(start);
-    while (read(output[0], &byte, 1) > 0) timing.next_bytes.push_back(Since(start));
-    int status = 0;
-    rusage usage{};
-    Check(wait4(child, &status, 0, &usage) == child && status == 0, "exit of " + command[0]);
-    timing.exit = Since(start);
-    close(output[0]);
+    const auto failure = posix_spawn(&child, command[0].c_str(), &actions, nullptr,
+                                     Pointers(command).data(), Pointers(variables).data());
     posix_spawn_file_actions_destroy(&actions);
-    timing.peak_mib = static_cast<double>(usage.ru_maxrss) / 1024;
+    Check(failure == 0, "spawn " + command[0]);
+    return child;
+}
+
+// From the line "VmHWM:   1234 kB".
+double PeakIn(int descriptor) {
+    char line[256]{};
+    Check(read(descriptor, line, sizeof line - 1) > 0, "no peak was told");
+    return std::strtod(std::strpbrk(line, "0123456789"), nullptr) / 1024;
+}
+
+}  // namespace
+
+Timing Run(std::vector<std::string> command, Peak peak) {
+    Pipe output;
+    Pipe told;
+    Timing timing{};
+    const auto start = Clock::now();
+    const auto child = Spawn(command, output, told, peak);
+    output.CloseInput();
+    told.CloseInput();
+    char byte = 0;
+    Check(read(output.output(), &byte, 1) >= 0, "read");
+    timing.first_byte = Since(start);
+    while (read(output.output(), &byte, 1) > 0) timing.next_bytes.push_back(Since(start));
+    int status = 0;
+    Check(waitpid(child, &status, 0) == child && status == 0, "exit of " + command[0]);
+    timing.exit = Since(start);
+    if (peak == Peak::Read) timing.peak_mib = PeakIn(told.output());
     return timing;
 }
 

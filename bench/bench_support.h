@@ -36,14 +36,15 @@ struct Timing {
     double first_byte;               // without output the end of the output
     std::vector<double> next_bytes;  // as they come, one after the other
     double exit;
-    double peak_mib;  // ru_maxrss of the child
+    double peak_mib;  // of resident memory, if it was asked for
 };
 
 // Puts other values in the place of those that the demo's configuration brings along, so that the
 // next run has to write them.
 void ForgetTheConfiguration(const std::string& registry);
 
-// Runs a program, which must end with status 0.
-Timing Run(std::vector<std::string> command);
+// Runs a program, which must end with status 0. The peak is read inside it.
+enum class Peak { Ignored, Read };
+Timing Run(std::vector<std::string> command, Peak peak = Peak::Ignored);
 
 }  // namespace velto::bench

@@ -73,13 +73,14 @@ class EditorHome {
     fs::path Config() const { return home_.path() / "config"; }
     std::string Registry() const { return home_.path() / "registry.db"; }
     // Runs one of the programs beside this one.
-    Timing Run(const std::string& program, const std::vector<std::string>& arguments) const {
+    Timing Run(const std::string& program, const std::vector<std::string>& arguments,
+               velto::bench::Peak peak = velto::bench::Peak::Ignored) const {
         const std::string former = std::getenv("VELTO_HOME");
         setenv("VELTO_HOME", home_.path().c_str(), 1);
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
         std::vector<std::string> command = {velto::bench::Program(program)};
         command.insert(command.end(), arguments.begin(), arguments.end());
-        const auto timing = velto::bench::Run(std::move(command));
+        const auto timing = velto::bench::Run(std::move(command), peak);
         setenv("VELTO_HOME", former.c_str(), 1);
         return timing;
     }
@@ -98,7 +99,7 @@ const EditorHome& HomeWith(int configurations) {
 void EditorStart(benchmark::State& state) {
     const auto& home = HomeWith(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        const auto timing = home.Run("editor-probe", {});
+        const auto timing = home.Run("editor-probe", {}, velto::bench::Peak::Read);
         state.SetIterationTime(timing.first_byte);
         state.counters["peak_mib"] = timing.peak_mib;
     }

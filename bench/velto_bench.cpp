@@ -98,7 +98,7 @@ void BareEmulator(benchmark::State& state) {
 void MergeOfValues(benchmark::State& state) {
     const auto text = Home().TextOf(static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
-        const auto timing = Run({Program("velto-regedit"), "/S", text});
+        const auto timing = Run({Program("velto-regedit"), "/S", text}, Peak::Read);
         state.SetIterationTime(timing.exit);
         state.counters["peak_mib"] = timing.peak_mib;
     }
