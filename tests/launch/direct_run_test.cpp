@@ -85,7 +85,7 @@ TEST_F(DirectRunTest, AFileThatIsNotThereInThisSpellingChangesNothing) {
     WriteConfig("../outside");
     ExpectRefused(
         "game", "File not found: game.dta does not exist. Remember that names are case sensitive.");
-    for (const std::string name : {"Gam", "", "../outside", "*", InHome("outside").c_str()}) {
+    for (const std::string& name : {"Gam"s, ""s, "../outside"s, "*"s, InHome("outside")}) {
         ExpectRefused(name, "File not found: " + name + ".dta does not exist");
     }
     EXPECT_THAT(processes.requests, IsEmpty());
