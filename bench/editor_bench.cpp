@@ -17,6 +17,7 @@
 #include "platform/registry.h"
 #include "platform/waiting.h"
 #include "shell/tree/group_rewrite.h"
+#include "store/config_file.h"
 #include "store/velto_settings.h"
 
 namespace {
@@ -25,6 +26,7 @@ namespace fs = std::filesystem;
 namespace platform = velto::platform;
 using velto::bench::Check;
 using velto::bench::Clock;
+using velto::bench::Peak;
 using velto::bench::Since;
 using velto::bench::Timing;
 
@@ -74,7 +76,7 @@ class EditorHome {
     std::string Registry() const { return home_.path() / "registry.db"; }
     // Runs one of the programs beside this one.
     Timing Run(const std::string& program, const std::vector<std::string>& arguments,
-               velto::bench::Peak peak = velto::bench::Peak::Ignored) const {
+               Peak peak = Peak::Ignored) const {
         const std::string former = std::getenv("VELTO_HOME");
         setenv("VELTO_HOME", home_.path().c_str(), 1);
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
@@ -99,7 +101,7 @@ const EditorHome& HomeWith(int configurations) {
 void EditorStart(benchmark::State& state) {
     const auto& home = HomeWith(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        const auto timing = home.Run("editor-probe", {}, velto::bench::Peak::Read);
+        const auto timing = home.Run("editor-probe", {}, Peak::Read);
         state.SetIterationTime(timing.first_byte);
         state.counters["peak_mib"] = timing.peak_mib;
     }

@@ -28,6 +28,7 @@ namespace platform = velto::platform;
 using velto::bench::Check;
 using velto::bench::Clock;
 using velto::bench::ForgetTheConfiguration;
+using velto::bench::Peak;
 using velto::bench::Program;
 using velto::bench::Run;
 using velto::bench::Since;
