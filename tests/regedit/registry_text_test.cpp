@@ -37,6 +37,7 @@ void Check(const Sample& sample) {
 TEST(RegistryText, ReadsEveryFormOfAValueAndSkipsMalformedLinesAlone) {
     const std::string mark = ";#//x\n";
     const Sample samples[] = {
+        {"default value", "@ =\t\"b\"", "=1:b%00\n"},
         {"default value by an empty name", R"(""="b")", "=1:b%00\n"},
         {"blanks everywhere", " \t\"a\"\t = \t\"b\" \t", "a=1:b%00\n"},
         {"string to the last quote", R"("a"="b" ; c "d")", "a=1:b\" ; c \"d%00\n"},
