@@ -47,7 +47,7 @@ void AppendToLog(std::string_view text, bool anew) {
 }  // namespace
 
 CAppStartup::CAppStartup(std::string configDir, StartupWindow& window)
-    : configDir_(std::move(configDir)), window_(window) {}
+    : config_dir_(std::move(configDir)), window_(window) {}
 
 void CAppStartup::Run() {
     AppendToLog(kFirstLine, true);
@@ -97,7 +97,7 @@ void CAppStartup::PrepareRegistry() {
 
 // What a launch or a plug-in's configuration left when it was cut off.
 void CAppStartup::RecoverLeftovers() {
-    platform::SweepTemporaries(platform::Files(), configDir_);
+    platform::SweepTemporaries(platform::Files(), config_dir_);
     RecoverBackups();
     if (FindsLeftover("plugins.tmp", "plugins.tmp detected... deleteing.")) {
         DeleteLeftover("plugins.tmp");
@@ -107,24 +107,24 @@ void CAppStartup::RecoverLeftovers() {
 // The emulator's own settings stay as they are; the plug-ins' come back. A run that outlives the
 // editor that began it still needs both of its backups.
 void CAppStartup::RecoverBackups() {
-    const auto turn = BranchTurn::Take(configDir_);
+    const auto turn = BranchTurn::Take(config_dir_);
     if (!turn) return;
     if (FindsLeftover(kMainBackup, "main.bak detected.  Deleteing...")) DeleteLeftover(kMainBackup);
     if (FindsLeftover(kPluginsBackup,
                       "plugins.bak detected.  Now resetting registry and deleteing the file") &&
-        RestoreFile(kPluginsBackup, configDir_) == 0) {
-        DiscardBackup(platform::JoinPath(configDir_, kPluginsBackup));
+        RestoreFile(kPluginsBackup, config_dir_) == 0) {
+        DiscardBackup(platform::JoinPath(config_dir_, kPluginsBackup));
     }
 }
 
 bool CAppStartup::FindsLeftover(const char* file, const char* line) {
-    if (platform::FindFile(configDir_, file) != file) return false;
+    if (platform::FindFile(config_dir_, file) != file) return false;
     Log(line);
     return true;
 }
 
 void CAppStartup::DeleteLeftover(const char* file) {
-    std::ignore = platform::Files().Remove(platform::JoinPath(configDir_, file));
+    std::ignore = platform::Files().Remove(platform::JoinPath(config_dir_, file));
 }
 
 }  // namespace velto

@@ -44,7 +44,7 @@ class CAppStartup {
     bool FindsLeftover(const char* file, const char* line);
     void DeleteLeftover(const char* file);
 
-    std::string configDir_;
+    std::string config_dir_;
     StartupWindow& window_;
     CVeltoSettings settings_;
     CPluginCatalogue catalogue_;
