@@ -1,6 +1,8 @@
 // Every option on every way that it takes: file, record, emulator, new file.
 #include "store/option_table.h"
 
+#include <set>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -157,6 +159,26 @@ TEST(Options, ComeFromAFileOfAnyVersionToTheRecordAndTheEmulator) {
                 EXPECT_EQ(Lines(direct->values), Expected(direct_text));
             }
         }
+    }
+}
+
+TEST(Options, AreAllToldOfHere) {
+    std::set<std::string> keys = {"fileVersion", "magicCFG", "psxid"};
+    for (const auto& fact : kFacts) keys.insert(fact.key);
+    EXPECT_EQ(keys.size(), kKeyCount);
+}
+
+TEST(Options, GiveTheDiscIdsInUpperCaseAndNoneWhereNoneIsSet) {
+    const std::tuple<std::string, std::string, Texts> cases[] = {
+        {"1.67.160", "psxIdExt = slus_123,,abc", {"SLUS_123", "ABC"}},
+        {"1.67.160", "psxIdExt = NULL", {}},
+        {"1.51.152", "psxid = ", {}},
+    };
+    for (const auto& [version, option, ids] : cases) {
+        const CConfigFile file(ConfigText(version, {option}, {Key::psxid}));
+        EXPECT_EQ(Load(file).record.psxIdExt, ids);
+        EXPECT_FALSE(Load(file).corrupted);
+        EXPECT_TRUE(ReadDirectConfig(file).has_value());
     }
 }
 

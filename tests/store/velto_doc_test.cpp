@@ -106,6 +106,10 @@ TEST_F(LoadTest, AnotherSelectionAsksAndARefusalIsAskedOnce) {
     EXPECT_TRUE(document.LoadConfig("Other"));
     EXPECT_FALSE(document.LoadConfig("Other")) << "no way back to swallow";
     ExpectClean("other");
+
+    document.dirty = true;
+    boxes.answers = {BoxAnswer::Yes};
+    EXPECT_FALSE(document.LoadConfig("Game")) << "no dump is pending";
 }
 
 TEST_F(LoadTest, LeavingForAGroupResetsTheConfigurationInHandByItsOwnName) {
