@@ -1,7 +1,5 @@
 #include "shell/tree/new_config.h"
 
-#include <sstream>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -41,22 +39,9 @@ TEST_F(NewConfigTest, TheFileStartsFromTheEmulatorsPads) {
     EXPECT_EQ(new_config.name + " in " + new_config.group, "Crash B in Jump & Run");
 
     const auto text = ReadFile(InConfig("Crash B.dta"));
-    std::string options;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with("; ")) options += line.substr(2, line.find('\r') - 2) + "|";
-    }
-    EXPECT_EQ(options,
-              "fileVersion = 1.67.160 |fileGroup = Jump & Run |gpuFileName = NULL |"
-              "enableSound = true |enableCDDA = true |enableXA = true |enableSpuIRQ = false |"
-              "spuFileName = NULL |cdrFileName = NULL |imageFileName = NULL |driveLetter = 0 |"
-              "region = Autodetect |enablePPF = false |readSubChannel = false |"
-              "storeSubChannel = false |storeSubChannelLG = false |netFileName = NULL |"
-              "memcard1 = NULL |memcard2 = NULL |keys1 = 1,2,3 |keys2 =  |keys3 = " +
-                  longest +
-                  " |keys4 =  |padAxis = 4,5 |padType =  |motorType =  |bMotorType =  |"
-                  "sMotorType =  |multiTap = true |bios = NULL |commandLine = NULL |"
-                  "autoplay = false |psxIdExt = NULL |psxid = NULL |");
+    EXPECT_THAT(text, HasSubstr("\r\n; keys1 = 1,2,3 \r\n; keys2 =  \r\n; keys3 = " + longest +
+                                " \r\n; keys4 =  \r\n; padAxis = 4,5 \r\n; padType =  \r\n"));
+    EXPECT_THAT(text, HasSubstr("; multiTap = true \r\n"));
     // Unlike those of a saved file:
     const auto rule = ";# " + std::string(58, '-') + "\r\n";
     const auto slashes = ";#" + std::string(59, '/') + "\r\n";
