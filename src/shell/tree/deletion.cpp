@@ -51,7 +51,8 @@ class GroupDeletion {
         if (!wait_->Continue({{done_++, total_}})) return false;
         const auto found = files_.find(name);
         // In a folder that can't be listed the system says why.
-        failure_ = Remove(folder_, found != files_.end() ? found->second : folder_.FileOf(name));
+        failure_ =
+            Remove(folder_, found != files_.end() ? found->second : ConfigFolder::FileOf(name));
         return failure_.ok();
     }
 
