@@ -135,7 +135,9 @@ TEST_F(MainFrameWindowTest, AnExitSavesChangesOrStaysAndAsksWhetherItMay) {
         EXPECT_EQ(window->isVisible(), !c.closes);
         EXPECT_EQ(settings.ShouldConfirmExit(), c.asks_again);
         EXPECT_EQ(settings.GetWindowSize().cx, c.closes ? 700U : 0U);
-        if (c.dirty) EXPECT_EQ(IsSaved(), c.closes);
+        if (c.dirty) {
+            EXPECT_EQ(IsSaved(), c.closes);
+        }
         EXPECT_EQ(HasChanges(), c.dirty && !c.closes);
     }
 }
