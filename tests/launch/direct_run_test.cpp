@@ -10,7 +10,6 @@
 #include "store/velto_settings.h"
 #include "support/config_text.h"
 #include "support/home_test.h"
-#include "support/shown.h"
 
 namespace velto::test {
 namespace {

@@ -17,7 +17,6 @@
 #include "support/config_text.h"
 #include "support/failing_files.h"
 #include "support/run_program.h"
-#include "support/shown.h"
 
 namespace velto::test {
 namespace {

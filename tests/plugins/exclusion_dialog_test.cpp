@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "support/home_test.h"
-#include "support/shown.h"
 #include "support/windows.h"
 
 namespace velto::test {

@@ -13,7 +13,6 @@
 #include "plugins/plugin_catalogue.h"
 #include "store/velto_settings.h"
 #include "support/home_test.h"
-#include "support/shown.h"
 
 namespace velto::test {
 namespace {

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include "support/home_test.h"
-#include "support/shown.h"
 
 namespace velto::test {
 namespace {

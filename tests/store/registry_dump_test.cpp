@@ -7,7 +7,6 @@
 
 #include "support/failing_registry.h"
 #include "support/home_test.h"
-#include "support/shown.h"
 
 namespace velto::test {
 namespace {

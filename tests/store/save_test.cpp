@@ -13,7 +13,6 @@
 #include "store/document_test.h"
 #include "support/config_text.h"
 #include "support/failing_files.h"
-#include "support/shown.h"
 
 namespace velto::test {
 namespace {

@@ -8,7 +8,6 @@
 
 #include "store/document_test.h"
 #include "support/config_text.h"
-#include "support/shown.h"
 
 namespace velto::test {
 namespace {

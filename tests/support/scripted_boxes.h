@@ -2,6 +2,8 @@
 #pragma once
 
 #include <deque>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/message_box.h"
@@ -23,5 +25,14 @@ class ScriptedBoxes : public platform::MessageBoxes {
     std::vector<platform::MessageBox> shown;
     std::deque<platform::BoxAnswer> answers;
 };
+
+// What the boxes have shown since the last look, each as "caption: text".
+inline std::vector<std::string> Shown(ScriptedBoxes& boxes) {
+    std::vector<std::string> lines;
+    for (const auto& box : std::exchange(boxes.shown, {})) {
+        lines.push_back(box.caption + ": " + box.text);
+    }
+    return lines;
+}
 
 }  // namespace velto::test

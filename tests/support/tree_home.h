@@ -8,16 +8,27 @@
 
 #include <gtest/gtest.h>
 
+#include "shell/panes/panes.h"
 #include "shell/tree/epsxe_tree.h"
 #include "support/config_text.h"
 #include "support/failing_files.h"
 #include "support/fake_editor.h"
 #include "support/home_test.h"
-#include "support/no_tree_window.h"
-#include "support/pages.h"
-#include "support/shown.h"
 
 namespace velto::test {
+
+// The editor's pages, without windows.
+inline constexpr PageRow kPages[] = {
+    {.number = 0, .of = PageOf::Root, .icon = "tree-group"},
+    {.number = 1, .of = PageOf::Configuration, .icon = "tree-group"},
+    {.number = 2, .text = "Graphics", .icon = "tree-group"},
+    {.number = 3, .text = "Sound", .icon = "tree-group"},
+    {.number = 4, .text = "Cd-Rom/Iso", .icon = "tree-group"},
+    {.number = 5, .text = "NetPlay", .icon = "tree-group"},
+    {.number = 6, .text = "MemoryCards", .icon = "tree-group"},
+    {.number = 7, .of = PageOf::Group, .icon = "tree-group"},
+    {.number = 8, .text = "GamePad", .icon = "tree-group"},
+};
 
 class TreeEditor : public FakeEditor {
   public:
@@ -27,10 +38,11 @@ class TreeEditor : public FakeEditor {
     CEpsxeTree* tree = nullptr;
 };
 
-class RecordingTreeWindow : public NoTreeWindow {
+class RecordingTreeWindow : public TreeWindow {
   public:
     void SetTree(const CEpsxeTree& /*tree*/) {}
     void Selected(const TreeItem& item) override { selected = item; }
+    void Expand(const TreeNode& /*node*/) override {}
     void PostPage(int number) override { pages.push_back(number); }
     TreeItem Current() const { return selected; }
     TreeItem selected;
@@ -96,8 +108,8 @@ class TreeHomeOf : public HomeTest {
     std::string Shape() { return ShapeOf(tree.nodes().root()); }
     // As files and settings have it.
     std::string Reread() {
-        NoTreeWindow nobody;
-        CEpsxeTree fresh(document, nobody, kPages);
+        RecordingTreeWindow other;
+        CEpsxeTree fresh(document, other, kPages);
         fresh.OnUpdate();
         return ShapeOf(fresh.nodes().root());
     }

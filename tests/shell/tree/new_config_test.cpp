@@ -6,7 +6,6 @@
 #include "shell/tree/new_group.h"
 #include "support/failing_files.h"
 #include "support/home_test.h"
-#include "support/shown.h"
 
 namespace velto::test {
 namespace {
