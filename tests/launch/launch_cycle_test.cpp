@@ -12,10 +12,8 @@
 
 #include "platform/libraries.h"
 #include "regedit/regedit.h"
-#include "shell/app_startup.h"
 #include "store/document_test.h"
 #include "support/config_text.h"
-#include "support/failing_files.h"
 #include "support/run_program.h"
 
 namespace velto::test {
@@ -30,7 +28,7 @@ const std::string kDemoKey = "Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo";
 const std::string kImageKey = "Software\\Vision Thing\\PSEmu Pro\\CDR\\MoobyCDR";
 
 // The real emulator of the demo, or scripts; its settings and those of a plug-in are the user's.
-class LaunchTest : public DocumentTest, public StartupWindow {
+class LaunchTest : public DocumentTest {
   protected:
     LaunchTest() {
         std::filesystem::create_directories(InHome("drive_c"));
@@ -39,9 +37,6 @@ class LaunchTest : public DocumentTest, public StartupWindow {
         SetValue(kDemoKey, "v", platform::StringValue("the user's"));
         SetValue(kEmulatorConfigKey, "Country", platform::StringValue("the user's"));
     }
-    void OnLogLine(const std::string&) override {}
-    void RunPathsDialog() override {}
-
     void Configure(const std::vector<std::string>& options) {
         WriteConfig("Game", ConfigText("1.67.160", options, {},
                                        "[" + kUser + kDemoKey + "]\r\n\"v\"=\"borrowed\"\r\n[" +
@@ -49,13 +44,7 @@ class LaunchTest : public DocumentTest, public StartupWindow {
         editor.SelectByName("Game", NodeKind::Configuration);
         ASSERT_FALSE(document.LoadConfig("Game"));
     }
-    std::string Script(const std::string& name, const std::string& text) {
-        WriteFile(InHome(name), "#!/bin/sh\n" + text + "\n");
-        std::filesystem::permissions(InHome(name), std::filesystem::perms::owner_all);
-        return InHome(name);
-    }
     bool Run() { return launch.OnRun(document, editor.GetSelectedConfigFile(), catalogue); }
-    void Start() { CAppStartup(environment.ConfigFolder(), *this).Run(); }
     bool HasBackups() const {
         return Exists(InConfig("main.bak")) || Exists(InConfig("plugins.bak"));
     }
@@ -245,33 +234,6 @@ TEST_F(LaunchTest, WhatCannotBeStartedIsToldAndTheRestIsDone) {
             "Error: Unable to backup HKEY_CURRENT_USER\\Software\\epsxe settings",
             "Error: Unable to backup \"HKEY_CURRENT_USER\\Software\\Vision Thing\" settings",
             "Error: Unable to restore settings"));
-}
-
-TEST_F(LaunchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNextRun) {
-    // A folder that turns read-only during the run.
-    class Undeletable : public FailingFiles {
-      public:
-        using FailingFiles::FailingFiles;
-        platform::Status Remove(const std::string& path) override {
-            return platform::Error{platform::ErrorKind::Denied, path, "Read-only file system"};
-        }
-    } undeletable(*files, 0, FailingFiles::At::Fail);
-    Configure({"commandLine = -change -stay 0"});
-    {
-        const auto read_only = With(undeletable);
-        EXPECT_TRUE(Run());
-        launch.Wait();
-        EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("the user's")));
-        EXPECT_THAT(boxes.shown, IsEmpty());
-        SetValue(kDemoKey, "v", platform::StringValue("changed since"));
-        Start();
-        EXPECT_FALSE(Run());
-        EXPECT_THAT(Shown(boxes), ElementsAre("Error: Unable to restore settings"));
-    }
-    EXPECT_TRUE(Run());
-    launch.Wait();
-    EXPECT_THAT(StringOf(kDemoKey, "v"), Optional(std::string("changed since")));
-    EXPECT_FALSE(HasBackups());
 }
 
 }  // namespace

@@ -195,6 +195,11 @@ TEST(Options, AreReadForTheirExactText) {
         {"enableCDDA = FALSE", "SoundCDDA=1"},
         {"enableSpuIRQ = TRUE", "SoundSpuIrq=0"},
         {"padAxis = 1, x,,", "GamepadAxis=1, x,,"},
+        // The first line that holds the key, without what makes it an option.
+        {"bios\t=\t-a=  \rb \t", "BiosName=-a  \rb"},
+        {"# see ; bios = a; bios = b", "BiosName=; # see   a  b"},
+        {"biosLG = true", "BiosName=LG  true"},
+        {"Bios = x\nbios = x\n\"bios\"=\"x\"", "BiosName=NULL"},
     };
     for (const auto& [option, value] : cases) {
         const auto config = ReadDirectConfig(CConfigFile(ConfigText("1.67.160", {option})));
@@ -215,6 +220,11 @@ TEST_F(NewFile, HasTheStandardsAndTheEmulatorsPads) {
                   pads || fact.key == "fileGroup" ? fact.text : fact.standard);
     }
     EXPECT_FALSE(Load(file).corrupted);
+    EXPECT_EQ(file.FindEntryLine("REGEDIT4"), 0);
+    EXPECT_EQ(file.FindEntryLine("no key"), -1);
+    EXPECT_THAT(
+        Shown(boxes),
+        testing::ElementsAre("Entry not found: Unable to read no key from this configuration"));
 }
 
 }  // namespace

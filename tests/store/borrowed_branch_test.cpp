@@ -1,11 +1,11 @@
 #include "store/borrowed_branch.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/failing_files.h"
 #include "support/home_test.h"
 
 namespace velto::test {
@@ -14,7 +14,6 @@ namespace {
 using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Optional;
 using testing::UnorderedElementsAre;
 
 constexpr const char* kEmulator = "Software\\epsxe\\config";
@@ -42,13 +41,12 @@ class BorrowedBranchTest : public HomeTest {
     std::optional<BorrowedBranch> ForRun() { return BorrowedBranch::ForRun(folder); }
     // A registry editor of which the run of this number, from 1, does something else.
     void EditorWith(int run, const std::string& instead) {
-        std::filesystem::remove(InHome("runs"));
-        WriteFile(InHome("editor"), "#!/bin/sh\necho >> " + InHome("runs") + "\nif [ $(wc -l < " +
-                                        InHome("runs") + ") = " + std::to_string(run) +
-                                        " ]; then\n" + instead + "\nfi\nexec " + BinaryFolder() +
-                                        "/velto-regedit \"$@\"\n");
-        std::filesystem::permissions(InHome("editor"), std::filesystem::perms::owner_all);
-        environment.registry_editor = InHome("editor");
+        const auto runs = InHome("runs");
+        std::filesystem::remove(runs);
+        environment.registry_editor =
+            Script("editor", "echo >> " + runs + "\nif [ $(wc -l < " + runs +
+                                 ") = " + std::to_string(run) + " ]; then\n" + instead +
+                                 "\nfi\nexec " + BinaryFolder() + "/velto-regedit \"$@\"");
     }
 
     const std::string folder = environment.ConfigFolder();
@@ -73,23 +71,23 @@ TEST_F(BorrowedBranchTest, ARunThatHoldsTheBackupIsLeftAlone) {
 }
 
 TEST_F(BorrowedBranchTest, WhatIsFoundIsMergedFirstOrNothingIsBorrowed) {
-    for (const std::string broken : {"main.bak", "plugins.bak"}) {
+    const auto borrows = [&](const std::string& main, const std::string& plugins) {
         SetBoth("borrowed");
-        WriteFile(InConfig("main.bak"), Backup(kEmulator, "kept"));
-        WriteFile(InConfig("plugins.bak"), Backup(kPlugin, "kept"));
-        WriteFile(InConfig(broken), "cut short");
-        EXPECT_FALSE(ForRun());
-        EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore));
-        EXPECT_THAT(Files(), ElementsAre(broken));
-        WriteFile(InConfig(broken), Backup(broken == "main.bak" ? kEmulator : kPlugin, "kept"));
-        auto run = ForRun();
-        ASSERT_TRUE(run);
-        EXPECT_THAT(Both(), ElementsAre("kept", "kept"));
-    }
-    WriteFile(InConfig("main.bak"), "cut short");
-    WriteFile(InConfig("plugins.bak"), "cut short");
+        WriteFile(InConfig("main.bak"), main);
+        WriteFile(InConfig("plugins.bak"), plugins);
+        return ForRun().has_value();
+    };
+    const auto main = Backup(kEmulator, "kept");
+    const auto plugins = Backup(kPlugin, "kept");
+    EXPECT_FALSE(borrows("cut short", plugins));
+    EXPECT_THAT(Files(), ElementsAre("main.bak"));
+    EXPECT_FALSE(borrows(main, "cut short"));
+    EXPECT_THAT(Files(), ElementsAre("plugins.bak"));
+    EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore, kNoRestore));
+    EXPECT_TRUE(borrows(main, plugins));
+    EXPECT_THAT(Both(), ElementsAre("kept", "kept"));
     environment.registry_editor = InHome("missing");
-    EXPECT_FALSE(ForRun());
+    EXPECT_FALSE(borrows("cut short", "cut short"));
     EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore)) << "once";
 }
 
@@ -139,6 +137,28 @@ TEST_F(BorrowedBranchTest, ABackupWhoseMergeFailedIsKept) {
         EXPECT_THAT(Both(), ElementsAre("user's", "user's"));
     }
     EXPECT_THAT(boxes.shown, IsEmpty());
+}
+
+TEST_F(BorrowedBranchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNextRun) {
+    // A folder that turns read-only during the run.
+    class Undeletable : public FailingFiles {
+      public:
+        using FailingFiles::FailingFiles;
+        platform::Status Remove(const std::string& path) override {
+            return platform::Error{platform::ErrorKind::Denied, path, "Read-only file system"};
+        }
+    } undeletable(*files, 0, FailingFiles::At::Fail);
+    {
+        const auto read_only = With(undeletable);
+        SetBoth("user's");
+        EXPECT_TRUE(ForRun());
+        SetBoth("changed since");
+        EXPECT_FALSE(ForRun());
+        EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore));
+    }
+    EXPECT_TRUE(ForRun());
+    EXPECT_THAT(Both(), ElementsAre("changed since", "changed since"));
+    EXPECT_THAT(Files(), IsEmpty());
 }
 
 TEST_F(BorrowedBranchTest, OnlyTheBackupThatWasMadeHereIsMerged) {

@@ -1,3 +1,5 @@
+// Loading a configuration, giving its changes up, and saving it: the layout, the source of the
+// plug-in lines, and what is left when a step fails or the process ends there.
 #include "store/velto_doc.h"
 
 #include <filesystem>
@@ -8,14 +10,20 @@
 
 #include "store/document_test.h"
 #include "support/config_text.h"
+#include "support/failing_files.h"
+#include "support/forked_child.h"
 
 namespace velto::test {
 namespace {
 
 using namespace std::string_literals;
 using platform::BoxAnswer;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
+using At = FailingFiles::At;
 
 class LoadTest : public DocumentTest {
   protected:
@@ -41,9 +49,8 @@ class LoadTest : public DocumentTest {
 
 TEST_F(LoadTest, KnowsTheImageDriversByDisplayNameAndByReservedWord) {
     const std::tuple<std::string, std::string, bool, bool> cases[] = {
-        {"x.dll", "Mooby2 cd disk image driver Version 2.8", true, false},
         {"iso", "Mooby2 cd disk image driver Version 2.8", true, false},
-        {"x.dll", "Mooby2 cd disk image driver 2.8", false, false},
+        {"x.dll", "Mooby2 cd disk image driver ", false, false},
         {"x.dll", "Mooby2 cd disk image driver  Version 2.8", false, false},
         {"Iso", "", false, true},
         {"ISO2", "", false, false},
@@ -67,12 +74,10 @@ TEST_F(LoadTest, WhatCannotBeReadKeepsTheRecordAndSendsTheTreeBack) {
     }
     EXPECT_TRUE(document.LoadConfig(""));
     EXPECT_FALSE(document.LoadConfig("My Epsxe"));
-    EXPECT_THAT(boxes.shown, IsEmpty());
     EXPECT_EQ(document.bios, "game");
-
-    WriteFile(InConfig("SHOUT.DTA"), ConfigText("1.67.160", {"bios = loud"}));
-    EXPECT_FALSE(document.LoadConfig("shout"));
-    EXPECT_EQ(document.bios, "loud");
+    EXPECT_FALSE(document.LoadConfig("OTHER"));
+    EXPECT_EQ(document.bios, "other");
+    EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
 TEST_F(LoadTest, AFileWithRepairsWarnsAndIsNeverTreatedAsPortable) {
@@ -90,7 +95,8 @@ TEST_F(LoadTest, AFileWithRepairsWarnsAndIsNeverTreatedAsPortable) {
     EXPECT_THAT(editor.adapted, ElementsAre("Portable"));
 }
 
-TEST_F(LoadTest, AnotherSelectionAsksAndARefusalIsAskedOnce) {
+TEST_F(LoadTest, ChangesAreLostOnlyIfTheUserMeansItAndARefusalIsAskedOnce) {
+    EXPECT_FALSE(document.WarnIfDirty());
     MakeDirty();
     EXPECT_TRUE(document.LoadConfig("Other"));
     EXPECT_TRUE(boxes.shown.at(0).yes_is_destructive);
@@ -98,33 +104,168 @@ TEST_F(LoadTest, AnotherSelectionAsksAndARefusalIsAskedOnce) {
     EXPECT_THAT(Shown(boxes),
                 ElementsAre("Switch view?: Warning: This action will cause your current changes to "
                             "be lost.  Do you wish to continue?"));
-    ExpectStillEdited();
-
     editor.previous = NodeKind::Page;
-    boxes.answers = {BoxAnswer::No, BoxAnswer::Yes};
     EXPECT_TRUE(document.LoadConfig("Other"));
+    ExpectStillEdited();
+    boxes.answers = {BoxAnswer::Yes};
     EXPECT_FALSE(document.LoadConfig("Other")) << "no way back to swallow";
     ExpectClean("other");
 
+    MakeDirty();
+    editor.previous = NodeKind::Configuration;
+    editor.SelectByName("A Group", NodeKind::Group);
+    EXPECT_TRUE(document.WarnIfDirty());
+    ExpectStillEdited();
+    EXPECT_FALSE(document.LoadConfig("Other")) << "the tree's way back";
+    boxes.answers = {BoxAnswer::Yes, BoxAnswer::Yes};
+    EXPECT_FALSE(document.WarnIfDirty());
+    EXPECT_EQ(editor.refreshes, 1);
+    ExpectClean("other");
     document.dirty = true;
-    boxes.answers = {BoxAnswer::Yes};
     EXPECT_FALSE(document.LoadConfig("Game")) << "no dump is pending";
 }
 
-TEST_F(LoadTest, LeavingForAGroupResetsTheConfigurationInHandByItsOwnName) {
-    EXPECT_FALSE(document.WarnIfDirty());
-    EXPECT_THAT(boxes.shown, IsEmpty());
+constexpr const char* kPluginLines =
+    ";#//GPU plugins\r\n"
+    "\r\n"
+    "[HKEY_CURRENT_USER\\Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo]\r\n"
+    "\"path\"=\"C:\\a\\\"\r\n"
+    " ; not at the start, so not a comment\r\n";
+constexpr const char* kDump =
+    "REGEDIT4 \r\n;#//GPU plugins\r\n\r\n[HKEY_CURRENT_USER\\Dumped]\r\n\"a\"=hex:1\r\n;#\r\n";
 
-    MakeDirty();
-    editor.SelectByName("A Group", NodeKind::Group);
-    boxes.answers = {BoxAnswer::No, BoxAnswer::Yes};
-    EXPECT_TRUE(document.WarnIfDirty());
-    ExpectStillEdited();
-    EXPECT_FALSE(document.LoadConfig("Game")) << "the tree's way back";
-    EXPECT_FALSE(document.WarnIfDirty());
-    EXPECT_EQ(editor.refreshes, 1);
-    ExpectClean("game");
-    EXPECT_EQ(boxes.shown.size(), 2U);
+class SaveTest : public DocumentTest {
+  protected:
+    // A configuration in hand that was edited and, on request, has a pending dump.
+    void Edit(bool pending) {
+        WriteConfig("Game", old_file);
+        document.dirty = false;
+        ASSERT_FALSE(document.LoadConfig("Game"));
+        document.bios = "edited\n\x1F\x7F.bin";
+        document.dirty = true;
+        std::filesystem::remove(dump);
+        if (pending) WriteFile(dump, kDump);
+    }
+    // What a load and a save make of this text.
+    std::string Saved(const std::string& text) {
+        WriteConfig("Game", text);
+        EXPECT_FALSE(document.LoadConfig("Game"));
+        EXPECT_TRUE(document.SaveConfig("Game", false, "Game"));
+        return Config("Game");
+    }
+
+    const std::string dump = InConfig("plugins.tmp");
+    const std::string old_file = ConfigText("1.58.152", {"bios = old.bin"}, {}, kPluginLines);
+};
+
+TEST_F(SaveTest, ASaveBringsAFileToTheCurrentVersionAndASecondOneChangesNothing) {
+    for (const auto* name : {"Demo Disc", "Image Disc"}) {
+        const auto text = ReadFile(BinaryFolder() + "/demo-home/config/" + name + ".dta");
+        EXPECT_EQ(Saved(text), text);
+    }
+    const std::vector<std::string> options = {"psxid = slus_1", "commandLine = -a=b",
+                                              "memcard1 = \xE9 ; ' \"", "keys1 = 1,,3,x,-4,16",
+                                              "magicCFG = true"};
+    const auto saved = Saved(ConfigText("1.58.152", options, {}, kPluginLines));
+    for (const auto* line : {"fileVersion = 1.67.160 ", "psxid = NULL", "commandLine = -ab",
+                             "memcard1 = \xE9 ; ' \""}) {
+        EXPECT_THAT(saved, HasSubstr("\r\n; "s + line + "\r\n"));
+    }
+    EXPECT_THAT(saved, AllOf(HasSubstr(kPluginLines), Not(HasSubstr("magicCFG"))));
+    EXPECT_EQ(Saved(saved), saved);
+}
+
+TEST(CopyPluginLines, KeepsBannersAndRegistryLinesAndDropsTheFirstLine) {
+    EXPECT_EQ(CopyPluginLines(""), "");
+    EXPECT_EQ(CopyPluginLines("REGEDIT4"), "");
+    const auto lines = "[first]\n\n[a]\n; b = c\n;# d\n;#\n;e\n;#//GPU\n;#///\n ;\rf\0\n\"g\""s;
+    EXPECT_EQ(CopyPluginLines(lines), "\n[a]\n;#//GPU\n;#///\n ;\rf\0\n\"g\"\n"s);
+}
+
+// With and without a pending dump, portable or not.
+class SaveStepsTest : public SaveTest, public testing::WithParamInterface<std::tuple<bool, bool>> {
+  protected:
+    void Prepare() {
+        Edit(pending);
+        WriteConfig("Portable", old_file);
+    }
+    // Whether a save succeeds with this step; `steps` is their number then.
+    bool Save(int step, At at) {
+        FailingFiles stepped(*files, step, at);
+        const auto scope_of_the_save = With(stepped);
+        const bool done = document.SaveConfig("Game", magic, destination);
+        steps = stepped.steps();
+        return done;
+    }
+    // What a save leaves that came to its end at one of these steps.
+    void ExpectNothingLost(bool renamed) {
+        EXPECT_EQ(Config(saved), renamed ? new_file : old_file);
+        EXPECT_TRUE(!magic || Config("Game") == old_file);
+        EXPECT_EQ(Exists(dump) ? ReadFile(dump) : "", pending ? kDump : "");
+    }
+
+    const bool pending = std::get<0>(GetParam());
+    const bool magic = std::get<1>(GetParam());
+    const std::string destination = magic ? InConfig("Portable") : "Game";
+    const std::string saved = magic ? "Portable" : "Game";
+    std::string new_file;
+    int steps = 0;
+};
+INSTANTIATE_TEST_SUITE_P(Each, SaveStepsTest, testing::Combine(testing::Bool(), testing::Bool()));
+
+TEST_P(SaveStepsTest, AFailureOrAKillLosesNothingAndTheNextStartDeletesNoConfiguration) {
+    Prepare();
+    ASSERT_TRUE(Save(0, At::Fail));
+    EXPECT_EQ(document.dirty, magic);
+    EXPECT_EQ(Exists(dump), pending && magic);
+    new_file = Config(saved);
+    EXPECT_THAT(new_file, HasSubstr(pending ? "plugins\r\n\r\n[HKEY_CURRENT_USER\\Dumped]\r\n"
+                                              "\"a\"=hex:1\r\n;#\r\n;# ------"
+                                            : kPluginLines));
+    EXPECT_THAT(new_file,
+                AllOf(HasSubstr("; bios = edited  \x7F.bin\r"), testing::EndsWith("-\r\n")));
+    const auto mark = "; fileGroup = My Epsxe\r\n;#\r\n; magicCFG = true\r\n;# -";
+    EXPECT_EQ(new_file.find(mark) != std::string::npos, magic);
+    // The dump, or no dump and the source, each to its end; create, write, flush, rename,
+    // flush the folder; delete the dump.
+    const int behind_the_rename = pending && !magic ? 2 : 1;
+    const int all = (pending ? 3 : 4) + 4 + behind_the_rename;
+    EXPECT_EQ(steps, all);
+
+    const auto message = "File Not Found: Unable to save settings to " + destination +
+                         ".dta in folder " + environment.ConfigFolder();
+    for (int step = 1; step <= all; ++step) {
+        SCOPED_TRACE(step);
+        Prepare();
+        EXPECT_FALSE(Save(step, At::Fail));
+        EXPECT_THAT(Shown(boxes), ElementsAre(message));
+        EXPECT_TRUE(document.dirty);
+        ExpectNothingLost(step > all - behind_the_rename);
+        Prepare();
+        ForkedChild killed([&](const auto&) { return Save(step, At::Kill) ? 1 : 2; });
+        ASSERT_EQ(killed.Wait(), 0);
+        ExpectNothingLost(step > all - behind_the_rename);
+        Start();
+        EXPECT_THAT(files->List(environment.ConfigFolder()).value(),
+                    testing::UnorderedElementsAre("Game.dta", "Portable.dta"));
+        EXPECT_EQ(Config(saved), step > all - behind_the_rename ? new_file : old_file);
+    }
+}
+
+TEST_F(SaveTest, WhatIsTooLargeOrNoNameFailsTheSaveBeforeAnythingIsWritten) {
+    Edit(false);
+    WriteConfig("Huge", std::string(kLargestConfigFile + 1, 'x'));
+    // Lines that fit, but no longer with what a save adds to them.
+    WriteConfig("Large", "\n" + std::string(kLargestConfigFile - 100, 'x'));
+    std::filesystem::create_directory(InConfig("Folder.dta"));
+    for (const auto* source : {"Huge", "Large", "Folder", "../Game"}) {
+        EXPECT_FALSE(document.SaveConfig(source, false, "Game")) << source;
+    }
+    EXPECT_FALSE(document.SaveConfig("Game", false, "../Game"));
+    EXPECT_EQ(Config("Game"), old_file);
+    EXPECT_FALSE(Exists(InHome("Game.dta")));
+    EXPECT_TRUE(document.SaveConfig("No such source", false, "Game"));
+    EXPECT_THAT(Config("Game"), Not(HasSubstr("Demo]")));
 }
 
 }  // namespace

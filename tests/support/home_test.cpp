@@ -1,5 +1,7 @@
 #include "support/home_test.h"
 
+#include <filesystem>
+
 namespace velto::test {
 namespace {
 
@@ -60,6 +62,12 @@ platform::HostScope HomeTest::With(platform::LibraryService& libraries) const {
 
 std::string HomeTest::InConfig(std::string_view name) const {
     return platform::JoinPath(environment.ConfigFolder(), name);
+}
+
+std::string HomeTest::Script(std::string_view name, const std::string& text) const {
+    WriteFile(InHome(name), "#!/bin/sh\n" + text + "\n");
+    std::filesystem::permissions(InHome(name), std::filesystem::perms::owner_all);
+    return InHome(name);
 }
 
 std::optional<std::string> HomeTest::StringOf(std::string_view key, std::string_view name) {

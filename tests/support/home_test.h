@@ -44,6 +44,8 @@ class HomeTest : public ::testing::Test {
 
     std::string InHome(std::string_view name) const { return home_folder / name; }
     std::string InConfig(std::string_view name) const;
+    // Writes a program for the shell; its path.
+    std::string Script(std::string_view name, const std::string& text) const;
 
     // The home's services with another one in its place, as long as the scope lives.
     platform::HostScope With(platform::FileService& other) const;
