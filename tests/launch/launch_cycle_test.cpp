@@ -115,7 +115,7 @@ TEST_F(LaunchTest, AKillAtAnyMomentLeavesWhatTheNextStartPutsRight) {
     for (int i = Times(30); i > 0; --i) {
         SetRandomValues();
         const auto plugins = Branch("Software\\Vision Thing");
-        RunningProgram launcher(run, home_folder.path());
+        RunningProgram launcher(run);
         std::this_thread::sleep_for(std::chrono::milliseconds(random() % 900));
         launcher.Kill();
         launcher.Wait();
@@ -137,8 +137,7 @@ TEST_F(LaunchTest, ARunInAnotherProcessIsLeftAloneAsLongAsThatLives) {
     CVeltoSettings().SetEmulatorPath(script);
     Configure({});
     RunningProgram launcher(
-        {{BinaryFolder() + "/launcher", "Game"}, {{"VELTO_HOME", home_folder.path()}}, "/"},
-        home_folder.path());
+        {{BinaryFolder() + "/launcher", "Game"}, {{"VELTO_HOME", home_folder.path()}}, "/"});
     while (!Exists(InHome("runs"))) std::this_thread::sleep_for(std::chrono::milliseconds(5));
     Start();
     EXPECT_FALSE(Run());

@@ -62,16 +62,15 @@ class VeltoProgramTest : public HomeTest {
     }
 
     TemporaryFolder runtime;
-    TemporaryFolder outputs;
 };
 
 TEST_F(VeltoProgramTest, ADirectRunEndsWhileTheEmulatorGoesOn) {
     WriteFile(InConfig("Long.dta"), ConfigText("1.67.160", {"commandLine = -stay 60000"}));
-    RunningProgram first(Velto({"-direct", "Long"}), outputs.path());
+    RunningProgram first(Velto({"-direct", "Long"}));
     EXPECT_EQ(first.Wait().status, 0);
     ASSERT_TRUE(first.Says("Demo emulator"));
 
-    RunningProgram second(Velto(kGame), outputs.path());
+    RunningProgram second(Velto(kGame));
     const auto result = second.Wait();
     EXPECT_EQ(result.status, 0) << "the emulator of the first holds no lock";
     EXPECT_EQ(result.err, "");
@@ -115,7 +114,7 @@ TEST_F(VeltoProgramTest, ASecondDirectRunThatMeetsTheLockOfAnotherEndsSilently) 
     fs::permissions(InHome("slow-editor"), fs::perms::owner_all);
     auto run = Velto(kGame);
     run.variables.emplace_back("VELTO_REGEDIT", InHome("slow-editor"));
-    RunningProgram first(run, outputs.path());
+    RunningProgram first(run);
     ASSERT_TRUE(first.Says("merging"));
 
     ExpectEnd(Velto(kGame), 1, "");

@@ -5,10 +5,10 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/files.h"
+#include "support/wrapped.h"
 
 namespace velto::test {
 
@@ -33,15 +33,13 @@ class FailingFiles : public platform::FileService {
     }
     Result<std::unique_ptr<platform::FileReader>> Open(const std::string& path) override {
         opened.push_back(path);
-        if (Fails()) return Full(path);
-        return Wrapped<Reader>(path, real_.Open(path));
+        return Fails() ? Full(path) : Wrap<Reader>(*this, path, real_.Open(path));
     }
     Status CheckWritable(const std::string& path) override { return real_.CheckWritable(path); }
 
     Result<std::unique_ptr<platform::FileWriter>> Create(const std::string& path,
                                                          std::optional<unsigned> mode) override {
-        if (Fails()) return Full(path);
-        return Wrapped<Writer>(path, real_.Create(path, mode));
+        return Fails() ? Full(path) : Wrap<Writer>(*this, path, real_.Create(path, mode));
     }
     Result<std::unique_ptr<platform::FileWriter>> OpenLog(const std::string& path,
                                                           bool anew) override {
@@ -65,48 +63,26 @@ class FailingFiles : public platform::FileService {
     }
 
   private:
-    class Reader : public platform::FileReader {
-      public:
-        Reader(FailingFiles& files, std::string path, std::unique_ptr<platform::FileReader> real)
-            : files_(files), path_(std::move(path)), real_(std::move(real)) {}
+    struct Reader : Wrapped<FailingFiles, platform::FileReader> {
+        using Wrapped::Wrapped;
         Result<bool> Read(std::string& out, std::size_t limit) override {
-            if (files_.Fails()) return Full(path_);
-            return real_->Read(out, limit);
+            return service.Fails() ? Full(path) : real->Read(out, limit);
         }
-
-      private:
-        FailingFiles& files_;
-        std::string path_;
-        std::unique_ptr<platform::FileReader> real_;
     };
-    class Writer : public platform::FileWriter {
-      public:
-        Writer(FailingFiles& files, std::string path, std::unique_ptr<platform::FileWriter> real)
-            : files_(files), path_(std::move(path)), real_(std::move(real)) {}
+    struct Writer : Wrapped<FailingFiles, platform::FileWriter> {
+        using Wrapped::Wrapped;
         // Half of it is written when it fails.
         Status Write(std::string_view bytes) override {
-            const auto half = real_->Write(bytes.substr(0, bytes.size() / 2));
-            if (!half.ok() || files_.Fails()) return Full(path_);
-            return real_->Write(bytes.substr(bytes.size() / 2));
+            const auto half = real->Write(bytes.substr(0, bytes.size() / 2));
+            if (!half.ok() || service.Fails()) return Full(path);
+            return real->Write(bytes.substr(bytes.size() / 2));
         }
-        Status Flush() override { return files_.Fails() ? Full(path_) : real_->Flush(); }
-
-      private:
-        FailingFiles& files_;
-        std::string path_;
-        std::unique_ptr<platform::FileWriter> real_;
+        Status Flush() override { return service.Fails() ? Full(path) : real->Flush(); }
     };
-
-    template <class Wrapper, class T>
-    Result<std::unique_ptr<T>> Wrapped(const std::string& path, Result<std::unique_ptr<T>> real) {
-        if (!real.ok()) return real;
-        return std::unique_ptr<T>(std::make_unique<Wrapper>(*this, path, std::move(real).value()));
-    }
 
     static platform::Error Full(const std::string& path) {
         return {platform::ErrorKind::Full, path, "No space left on device"};
     }
-
     bool Fails() {
         if (++count_ != step_) return false;
         if (at_ == At::Kill) _exit(0);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/registry.h"
+#include "support/wrapped.h"
 
 namespace velto::test {
 
@@ -26,78 +27,50 @@ class FailingRegistry : public platform::RegistryStore {
     }
     Result<std::unique_ptr<platform::RegistryKey>> OpenKey(std::string_view path) override {
         if (Fails(RegistryCall::OpenKey, path)) return Failure();
-        return Wrapped<Key>(path, real_.OpenKey(path));
+        return Wrap<Key>(*this, path, real_.OpenKey(path));
     }
     Result<std::unique_ptr<platform::RegistryKey>> CreateKey(std::string_view path) override {
-        return Wrapped<Key>(path, real_.CreateKey(path));
+        return Wrap<Key>(*this, path, real_.CreateKey(path));
     }
     Result<std::unique_ptr<platform::RegistryTransaction>> Begin() override {
-        return Wrapped<Transaction>("", real_.Begin());
+        return Wrap<Transaction>(*this, "", real_.Begin());
     }
     Status Visit(std::string_view path, platform::RegistryVisitor& visitor) override {
         return real_.Visit(path, visitor);
     }
 
   private:
-    class Key : public platform::RegistryKey {
-      public:
-        Key(FailingRegistry& store, std::string path, std::unique_ptr<platform::RegistryKey> real)
-            : store_(store), path_(std::move(path)), real_(std::move(real)) {}
+    struct Key : Wrapped<FailingRegistry, platform::RegistryKey> {
+        using Wrapped::Wrapped;
         Result<platform::RegistryValue> Query(std::string_view name) override {
-            if (store_.Fails(RegistryCall::Query, path_)) return Failure();
-            return real_->Query(name);
+            return Fails(RegistryCall::Query) ? Failure() : real->Query(name);
         }
         Status Set(std::string_view name, const platform::RegistryValue& value) override {
-            return real_->Set(name, value);
+            return real->Set(name, value);
         }
         Result<std::optional<std::string>> EnumerateSubkey(std::size_t index) override {
-            if (store_.Fails(RegistryCall::EnumerateSubkey, path_)) return Failure();
-            return real_->EnumerateSubkey(index);
+            return Fails(RegistryCall::EnumerateSubkey) ? Failure() : real->EnumerateSubkey(index);
         }
         Result<std::optional<platform::RegistryValueName>> EnumerateValue(
             std::size_t index) override {
-            if (store_.Fails(RegistryCall::EnumerateValue, path_)) return Failure();
-            return real_->EnumerateValue(index);
+            return Fails(RegistryCall::EnumerateValue) ? Failure() : real->EnumerateValue(index);
         }
-        Status Close() override {
-            if (store_.Fails(RegistryCall::Close, path_)) return Failure();
-            return real_->Close();
-        }
-
-      private:
-        FailingRegistry& store_;
-        std::string path_;
-        std::unique_ptr<platform::RegistryKey> real_;
+        Status Close() override { return Fails(RegistryCall::Close) ? Failure() : real->Close(); }
+        bool Fails(RegistryCall call) { return service.Fails(call, path); }
     };
-
-    class Transaction : public platform::RegistryTransaction {
-      public:
-        Transaction(FailingRegistry& store, const std::string& /*path*/,
-                    std::unique_ptr<platform::RegistryTransaction> real)
-            : store_(store), real_(std::move(real)) {}
-        Status CreateKey(std::string_view path) override {
-            return store_.Fails(RegistryCall::Step, path) ? Failure() : real_->CreateKey(path);
+    struct Transaction : Wrapped<FailingRegistry, platform::RegistryTransaction> {
+        using Wrapped::Wrapped;
+        Status CreateKey(std::string_view key) override {
+            return Fails() ? Failure() : real->CreateKey(key);
         }
-        Status SetValue(std::string_view path, std::string_view name,
+        Status SetValue(std::string_view key, std::string_view name,
                         const platform::RegistryValue& value) override {
-            if (store_.Fails(RegistryCall::Step, path)) return Failure();
-            return real_->SetValue(path, name, value);
+            return Fails() ? Failure() : real->SetValue(key, name, value);
         }
-        Status Commit() override {
-            return store_.Fails(RegistryCall::Step, "") ? Failure() : real_->Commit();
-        }
-
-      private:
-        FailingRegistry& store_;
-        std::unique_ptr<platform::RegistryTransaction> real_;
+        Status Commit() override { return Fails() ? Failure() : real->Commit(); }
+        bool Fails() { return service.Fails(RegistryCall::Step, path); }
     };
 
-    template <class Wrapper, class T>
-    Result<std::unique_ptr<T>> Wrapped(std::string_view path, Result<std::unique_ptr<T>> real) {
-        if (!real.ok()) return real;
-        return std::unique_ptr<T>(
-            std::make_unique<Wrapper>(*this, std::string(path), std::move(real).value()));
-    }
     static platform::Error Failure() {
         return {platform::ErrorKind::Other, "registry", "as the test wants it"};
     }

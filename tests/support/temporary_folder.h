@@ -1,6 +1,11 @@
 // A folder of a test's own, gone with it.
 #pragma once
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -8,8 +13,15 @@ namespace velto::test {
 
 class TemporaryFolder {
   public:
-    TemporaryFolder();
-    ~TemporaryFolder();
+    TemporaryFolder() {
+        auto name = (std::filesystem::temp_directory_path() / "velto-test-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp " + name);
+        path_ = std::filesystem::canonical(name).string();
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
@@ -21,11 +33,26 @@ class TemporaryFolder {
 };
 
 // For tests alone: no flush, and a failure ends the test program.
-void WriteFile(const std::string& path, std::string_view bytes);
-std::string ReadFile(const std::string& path);
-bool Exists(const std::string& path);
+inline void WriteFile(const std::string& path, std::string_view bytes) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    if (!(std::ofstream(path, std::ios::binary) << bytes).flush()) {
+        throw std::runtime_error("write " + path);
+    }
+}
+
+inline std::string ReadFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) throw std::runtime_error("read " + path);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+inline bool Exists(const std::string& path) {
+    return std::filesystem::exists(std::filesystem::symlink_status(path));
+}
 
 // The folder of the programs that were built with the tests.
-std::string BinaryFolder();
+inline std::string BinaryFolder() {
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
+}
 
 }  // namespace velto::test
