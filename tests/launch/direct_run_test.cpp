@@ -1,38 +1,35 @@
+// Direct runs: what they refuse, and the programs as a user has them, real processes from the
+// command line to the emulator.
 #include "launch/direct_run.h"
 
-#include <sys/wait.h>
-
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/instance.h"
 #include "store/velto_settings.h"
 #include "support/config_text.h"
 #include "support/home_test.h"
+#include "support/run_program.h"
+#include "support/variables.h"
 
 namespace velto::test {
 namespace {
 
+namespace fs = std::filesystem;
+
 using namespace std::string_literals;
-using testing::IsEmpty;
-using testing::Optional;
+using testing::HasSubstr;
 
 const std::string kPluginKey = "Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo";
 
 class DirectRunTest : public HomeTest {
   protected:
-    DirectRunTest() {
-        WriteFile(InHome("drive_c/emu/ePSXe.EXE"), "#!/bin/sh\nexit 0\n");
-        std::filesystem::permissions(InHome("drive_c/emu/ePSXe.EXE"),
-                                     std::filesystem::perms::owner_all);
-        CVeltoSettings().SetEmulatorPath("C:\\emu\\ePSXe.EXE");
-    }
-    // Nobody else waits for the emulators that were started.
-    ~DirectRunTest() override {
-        while (waitpid(-1, nullptr, 0) > 0) {
-        }
-    }
+    DirectRunTest() { CVeltoSettings().SetEmulatorPath("/bin/true"); }
 
     void WriteConfig(const std::string& name, const std::vector<std::string>& options = {},
                      const std::vector<Key>& left_out = {}) {
@@ -52,31 +49,16 @@ class DirectRunTest : public HomeTest {
     }
 };
 
-TEST_F(DirectRunTest, MergesThePluginLinesWritesTheValuesAndStartsTheEmulator) {
-    // An option line that ends in a backslash is only a comment.
-    WriteConfig("A Game", {"commandLine = -x", "cdrFileName = iso",
-                           "imageFileName = C:\\d \xE9.bin", "memcard1 = C:\\cards\\"});
-    EXPECT_TRUE(RunDirect("A Game"));
-    EXPECT_THAT(boxes.shown, IsEmpty());
-    EXPECT_TRUE(IsMerged());
-    EXPECT_THAT(StringOf(kEmulatorConfigKey, "Memcard1"), Optional("C:\\cards\\"s));
-    EXPECT_THAT(StringOf(kEmulatorConfigKey, "Multitap1"), Optional("0"s));
-    ASSERT_EQ(processes.requests.size(), 2U) << "the registry editor and the emulator";
-    const auto& emulator = processes.requests[1];
-    EXPECT_EQ(emulator.file, InHome("drive_c/emu/ePSXe.EXE"));
-    EXPECT_EQ(emulator.parameters, " -nogui -x -loadbin \"C:\\d \xE9.bin\"");
-    EXPECT_EQ(emulator.folder, InHome("drive_c/emu"));
-    EXPECT_EQ(emulator.show, platform::ShowState::Hidden);
-    EXPECT_FALSE(emulator.ends_with_parent);
-}
-
 TEST_F(DirectRunTest, ShowsTheEmulatorIfItsLogWindowIsOffAndSkipsItsGuiInAnyCase) {
-    CVeltoSettings().SetLogWindow(false);
-    CVeltoSettings().SetGuiBypassed(false);
     WriteConfig("Game");
-    EXPECT_TRUE(RunDirect("Game"));
-    EXPECT_EQ(processes.requests.back().show, platform::ShowState::Shown);
-    EXPECT_EQ(processes.requests.back().parameters, " -nogui ");
+    for (const bool on : {true, false}) {
+        CVeltoSettings().SetLogWindow(on);
+        CVeltoSettings().SetGuiBypassed(on);
+        EXPECT_TRUE(RunDirect("Game"));
+        const auto& emulator = processes.requests.back();
+        EXPECT_EQ(emulator.show, on ? platform::ShowState::Hidden : platform::ShowState::Shown);
+        EXPECT_EQ(emulator.parameters, " -nogui ");
+    }
 }
 
 TEST_F(DirectRunTest, AFileThatIsNotThereInThisSpellingChangesNothing) {
@@ -87,7 +69,7 @@ TEST_F(DirectRunTest, AFileThatIsNotThereInThisSpellingChangesNothing) {
     for (const std::string& name : {"Gam"s, ""s, "../outside"s, "*"s, InHome("outside")}) {
         ExpectRefused(name, "File not found: " + name + ".dta does not exist");
     }
-    EXPECT_THAT(processes.requests, IsEmpty());
+    EXPECT_TRUE(processes.requests.empty());
     EXPECT_FALSE(IsMerged());
 }
 
@@ -117,10 +99,123 @@ TEST_F(DirectRunTest, APortableOrCorruptedFileIsRefusedBehindTheMerge) {
 TEST_F(DirectRunTest, TellsWhereItLookedForTheEmulator) {
     WriteConfig("Game");
     WriteFile(InHome("drive_c/text.exe"), "no program");
-    for (const std::string path : {"C:\\missing\\e.exe", "", "C:\\emu", "C:\\text.exe"}) {
+    for (const std::string path : {"C:\\missing\\e.exe", "", "C:\\", "C:\\text.exe"}) {
         CVeltoSettings().SetEmulatorPath(path);
         ExpectRefused("Game", "Error: Unable to locate Epsxe at " + path);
     }
+}
+
+using Arguments = std::vector<std::string>;
+
+const std::string kRunning = "Already running: Velto is already running.\n";
+const std::string kNoGame = "File not found: A Game.dta does not exist\n";
+const Arguments kGame = {"-direct", "A Game"};
+
+class VeltoProgramTest : public DirectRunTest {
+  protected:
+    VeltoProgramTest() {
+        fs::create_directories(InHome("drive_c/emu"));
+        fs::create_symlink(BinaryFolder() + "/demo-emulator", InHome("drive_c/emu/ePSXe.EXE"));
+        CVeltoSettings().SetEmulatorPath("C:\\emu\\ePSXe.EXE");
+        // An option line that ends in a backslash is only a comment.
+        WriteConfig("A Game", {"commandLine = -stay 0", "cdrFileName = iso",
+                               "imageFileName = C:\\d \xE9.bin", "memcard1 = C:\\cards\\"});
+    }
+
+    ProgramRun Velto(const Arguments& arguments, const std::string& home = "") const {
+        ProgramRun run{{BinaryFolder() + "/velto"},
+                       {{"XDG_RUNTIME_DIR", runtime.path()},
+                        {"QT_QPA_PLATFORM", ""},
+                        {"DISPLAY", ""},
+                        {"WAYLAND_DISPLAY", ""},
+                        {"VELTO_HOME", home.empty() ? home_folder.path() : home}},
+                       "/"};
+        run.command.insert(run.command.end(), arguments.begin(), arguments.end());
+        return run;
+    }
+    // It ends with this status and these words on standard error.
+    static void ExpectEnd(const ProgramRun& run, int status, const std::string& words) {
+        const auto result = RunProgram(run);
+        EXPECT_EQ(result.status, status);
+        EXPECT_EQ(result.err, words);
+    }
+
+    TemporaryFolder runtime;
+};
+
+TEST_F(VeltoProgramTest, ADirectRunEndsWhileTheEmulatorGoesOn) {
+    WriteConfig("Long", {"commandLine = -stay 60000"});
+    RunningProgram first(Velto({"-direct", "Long"}));
+    EXPECT_EQ(first.Wait().status, 0);
+    ASSERT_TRUE(first.Says("Demo emulator"));
+
+    RunningProgram second(Velto(kGame));
+    const auto result = second.Wait();
+    EXPECT_EQ(result.status, 0) << "the emulator of the first holds no lock";
+    EXPECT_EQ(result.err, "");
+    ASSERT_TRUE(second.Says("Demo: path                 C:\\new\\\n"));
+    for (const auto& line : {"    -nogui\n    -stay\n    0\n    -loadbin\n    C:\\d \xE9.bin\n"s,
+                             "Memcard1                   C:\\cards\\\n"s, InHome("drive_c/emu")}) {
+        EXPECT_THAT(second.out(), HasSubstr(line));
+    }
+    EXPECT_THAT(second.out(), testing::Not(HasSubstr("missing")));
+}
+
+TEST_F(VeltoProgramTest, ASecondProcessHandsItsConfigurationOverOrTellsWhyNot) {
+    ExpectEnd(Velto({}), 1, "Velto: The editor needs a display.\n");
+    const Variables variables({{"XDG_RUNTIME_DIR", runtime.path()}});
+    const auto first = platform::MakeInstanceService("velto", home_folder.path());
+    ASSERT_TRUE(first->Acquire().value());
+    std::atomic<int> handled = 0;
+    const auto listener = first->Listen([&](const std::string& name) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        handled += name == "A Game" ? 1 : 100;
+    });
+    ASSERT_TRUE(listener.ok());
+    ExpectEnd(Velto(kGame), 0, "");
+    EXPECT_EQ(handled, 1) << "it waits until the first one has handled the name";
+    EXPECT_FALSE(IsMerged()) << "and runs nothing itself";
+
+    const std::string too_long(5000, 'x');
+    const std::pair<Arguments, std::string> cases[] = {
+        {{"game"}, "Unknown Flag: - game is not a recognised command\n"},
+        {{"-Direct", "game"}, "Unknown Flag: -Direct game is not a recognised command\n"},
+        {{}, kRunning},
+        {{"-direct", too_long}, "File not found: " + too_long + ".dta does not exist\n"},
+    };
+    for (const auto& [arguments, words] : cases) ExpectEnd(Velto(arguments), 1, words);
+    EXPECT_EQ(handled, 1);
+}
+
+TEST_F(VeltoProgramTest, ASecondDirectRunThatMeetsTheLockOfAnotherEndsSilently) {
+    // The first one is held by its registry editor, which waits for its own output to be read.
+    auto run = Velto(kGame);
+    run.variables.emplace_back("VELTO_REGEDIT", Script("slow-editor", "echo merging\nsleep 60"));
+    RunningProgram first(run);
+    ASSERT_TRUE(first.Says("merging"));
+
+    ExpectEnd(Velto(kGame), 1, "");
+    ExpectEnd(Velto({}), 1, kRunning);
+    const TemporaryFolder elsewhere;
+    ExpectEnd(Velto(kGame, elsewhere.path()), 1, kNoGame);
+
+    first.Kill();
+    first.Wait();
+    ExpectEnd(Velto(kGame), 0, "");
+}
+
+TEST_F(VeltoProgramTest, ANewHomeAsksForTheFirstRunAndOneThatExistsIsLeftAsItIs) {
+    const TemporaryFolder folder;
+    auto run = Velto(kGame, "new/home");
+    run.folder = folder.path();
+    ExpectEnd(run, 1, kNoGame);
+    ExpectEnd(Velto(kGame), 0, "");
+    EXPECT_TRUE(fs::is_directory(folder / "new/home/config"));
+    EXPECT_FALSE(CVeltoSettings().IsFirstRunDue());
+    registry = platform::MakeSqliteRegistry(folder / "new/home/registry.db");
+    ASSERT_TRUE(registry->OpenStore({}).ok());
+    const auto new_home = With(*registry);
+    EXPECT_TRUE(CVeltoSettings().IsFirstRunDue());
 }
 
 }  // namespace

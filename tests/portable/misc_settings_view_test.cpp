@@ -13,9 +13,6 @@ namespace {
 
 class MiscSettingsTest : public HomeTest, public FakeEditor {
   protected:
-    void EnableApplyAndReset(bool on) override { enabled = on; }
-
-    bool enabled = false;
     CVeltoDoc document{environment.ConfigFolder(), *this};
     CMiscSettingsView page{document, *this};
 };
@@ -42,7 +39,6 @@ TEST_F(MiscSettingsTest, AnEditIsInTheRecordAtOnceAndThePageFollowsIt) {
 
 TEST_F(MiscSettingsTest, TheSearchForABiosBeginsAtTheEmulatorsFolderForThem) {
     for (const auto* folder : {"emu/BIOS", "drive_c/emu/bios", "old"}) {
-        ASSERT_TRUE(files->MakeFolders(InHome(folder)).ok());
         WriteFile(InHome(folder) + "/scph.bin", "bios");
     }
     const std::pair<std::string, std::string> cases[] = {
