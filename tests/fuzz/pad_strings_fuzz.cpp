@@ -4,20 +4,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <iostream>
 #include <sstream>
 #include <string>
-#include <string_view>
 
 #include "gamepad/input_codes.h"
 #include "gamepad/pad_set.h"
 
 namespace {
 
-void Demand(bool holds, std::string_view what, std::string_view text) {
-    if (holds) return;
-    std::cerr << what << ": " << text << '\n';
-    std::abort();
+void Demand(bool holds) {
+    if (!holds) std::abort();
 }
 
 // Every pad from lines in the order of SetPad.
@@ -40,13 +36,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const auto written = pads.At(pad).GetKeyString() + '\n' + pads.GetAxisString() + '\n' +
                              pads.GetMotorString() + '\n' + pads.GetBMotorString() + '\n' +
                              pads.GetSMotorString() + '\n' + pads.GetTypeString() + '\n';
-        Demand(std::count(written.begin(), written.end(), ',') == 15 + 15 + 4 * 3, "places",
-               written);
-        Demand(written.find_first_not_of("0123456789,\n") == std::string::npos &&
-                   written.find(",,") == std::string::npos,
-               "no plain numbers", written);
-        Demand(Load(written).At(pad) == pads.At(pad), "reads differently", written);
-        Demand(!velto::InputName(pads.At(pad).left).empty(), "no name", written);
+        Demand(std::count(written.begin(), written.end(), ',') == 15 + 15 + 4 * 3);
+        Demand(written.find_first_not_of("0123456789,\n") == std::string::npos);
+        Demand(written.find(",,") == std::string::npos);
+        Demand(Load(written).At(pad) == pads.At(pad));
+        Demand(!velto::InputName(pads.At(pad).left).empty());
     }
     return 0;
 }

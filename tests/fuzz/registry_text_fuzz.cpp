@@ -3,20 +3,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <iostream>
 #include <string>
 #include <string_view>
 
-#include "../regedit/recorded_text.h"
+#include "regedit/recorded_text.h"
 #include "regedit/text_parser.h"
 #include "regedit/text_writer.h"
 
 namespace {
 
-void Demand(bool holds, std::string_view what, std::string_view text) {
-    if (holds) return;
-    std::cerr << what << ":\n" << text << '\n';
-    std::abort();
+void Demand(bool holds) {
+    if (!holds) std::abort();
 }
 
 }  // namespace
@@ -25,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using velto::test::Parse;
     const std::string text(data, data + size);
     const auto parsed = Parse(text, 3);
-    Demand(parsed == Parse(text), "the pieces matter", text);
+    Demand(parsed == Parse(text));
 
     std::string written;
     velto::regedit::TextWriter writer([&](std::string_view piece) {
@@ -34,9 +31,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     });
     velto::test::TextReader reader(text);
     const bool known = velto::regedit::ParseRegistryText(reader, writer).ok();
-    Demand(known == parsed.known, "a second parse differs", text);
-    Demand(writer.Finish().ok(), "the writer fails", text);
-    const velto::test::Parsed expected{true, 0, parsed.shown};
-    Demand(Parse(written) == expected, "written text reads differently", written);
+    Demand(known == parsed.starts_with("skipped"));
+    Demand(writer.Finish().ok());
+    Demand(Parse(written) == "skipped 0" + parsed.substr(parsed.find('\n')));
     return 0;
 }

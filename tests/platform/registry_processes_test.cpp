@@ -1,7 +1,6 @@
 // Several processes on one registry. Each is a forked child that opens a store of its own.
 #include <sys/resource.h>
 
-#include <algorithm>
 #include <chrono>
 #include <deque>
 #include <random>
@@ -19,7 +18,6 @@ namespace {
 using test::ForkedChild;
 
 constexpr auto kKey = "HKEY_CURRENT_USER\\Software\\epsxe";
-constexpr const char* kTogether[] = {"together 1", "together 2", "together 3"};
 
 void Require(bool condition, const std::string& what) {
     if (!condition) throw std::runtime_error(what);
@@ -27,56 +25,48 @@ void Require(bool condition, const std::string& what) {
 void Require(const Status& status) {
     if (!status.ok()) Require(false, status.error().subject + ": " + status.error().text);
 }
-template <class T>
-T Take(Result<T> result) {
-    Require(result.status());
-    return std::move(result).value();
+
+// What is written together.
+std::vector<RegistryWrite> Together(std::int64_t number) {
+    const auto value = StringValue(std::to_string(number));
+    return {{kKey, "a", value}, {kKey, "b", value}, {kKey, "c", value}};
 }
 
 std::unique_ptr<RegistryStore> OpenStore(const std::string& file) {
     auto store = MakeSqliteRegistry(file);
-    std::vector<RegistryWrite> first_values;
-    for (const char* name : kTogether) first_values.push_back({kKey, name, StringValue("0")});
-    Require(store->OpenStore(first_values));
+    Require(store->OpenStore(Together(0)));
     return store;
 }
 
-// The number that the values which are written together all have.
 std::int64_t ReadTogether(RegistryStore& store) {
     struct Reader : RegistryVisitor {
         Status OnKey(const std::string&) override { return {}; }
-        Status OnValue(const std::string& name, const RegistryValue& value) override {
-            if (name.starts_with("together")) texts.push_back(value.data);
+        Status OnValue(const std::string&, const RegistryValue& value) override {
+            texts.push_back(value.data);
             return {};
         }
         std::vector<std::string> texts;
     } reader;
     Require(store.Visit(kKey, reader));
-    Require(reader.texts == std::vector(std::size(kTogether), reader.texts.at(0)), "half a write");
+    Require(reader.texts == std::vector(3, reader.texts.at(0)), "half a write");
     return std::stoll(reader.texts[0]);
 }
 
-// One more of each: what was read isn't overwritten by others before it is written.
+// One more: what was read isn't overwritten by others before it is written.
 void Increment(RegistryStore& store) {
-    const auto transaction = Take(store.Begin());
-    const auto key = Take(store.OpenKey(kKey));
-    const auto number = std::stoll(Take(key->Query(kTogether[0])).data) + 1;
-    for (const char* name : kTogether) {
-        Require(transaction->SetValue(kKey, name, StringValue(std::to_string(number))));
+    const auto transaction = store.Begin();
+    Require(transaction.status());
+    for (const auto& [path, name, value] : Together(ReadTogether(store) + 1)) {
+        Require(transaction.value()->SetValue(path, name, value));
     }
-    Require(transaction->Commit());
+    Require(transaction.value()->Commit());
 }
 
-class RegistryProcesses : public testing::Test {
-  protected:
-    test::TemporaryFolder folder_;
-    std::string file_ = folder_ / "registry.db";
-};
-
-TEST_F(RegistryProcesses, LoseNothingThatWasCommittedAtWhateverMomentTheyAreKilled) {
+TEST(RegistryProcesses, LoseNothingThatWasCommittedAtWhateverMomentTheyAreKilled) {
+    const test::TemporaryFolder folder;
     std::mt19937 random(20240611);
     for (int round = 0; round < 12; ++round) {
-        const auto file = folder_ / std::to_string(round);
+        const auto file = folder / std::to_string(round);
         const auto work = [&](const auto& tell) {
             std::unique_ptr<RegistryStore> store;
             for (std::int64_t last = 0;;) {
@@ -109,36 +99,36 @@ TEST_F(RegistryProcesses, LoseNothingThatWasCommittedAtWhateverMomentTheyAreKill
     }
 }
 
-TEST_F(RegistryProcesses, TakeAWholeTransactionBackWhenTheDiskIsFull) {
+TEST(RegistryProcesses, TakeAWholeTransactionBackWhenTheDiskIsFull) {
+    const test::TemporaryFolder folder;
+    const auto file = folder / "registry.db";
     ForkedChild child([&](const auto&) {
-        const auto store = OpenStore(file_);
-        const RegistryValue large{RegistryType::Binary, std::string(kLargestValue, 'x')};
-        const auto let_files_grow_to = [](rlim_t size) {
-            rlimit limit{};
-            Require(getrlimit(RLIMIT_FSIZE, &limit) == 0, "getrlimit");
-            limit.rlim_cur = std::min(size, limit.rlim_max);
-            Require(setrlimit(RLIMIT_FSIZE, &limit) == 0, "setrlimit");
-        };
+        const auto store = OpenStore(file);
         std::signal(SIGXFSZ, SIG_IGN);
-        let_files_grow_to(rlim_t{6} << 20);
-        auto transaction = Take(store->Begin());
-        Require(transaction->SetValue(kKey, kTogether[0], StringValue("1")));
-        int stored = 0;
-        while (stored < 20 && transaction->SetValue(kKey, std::to_string(stored), large).ok()) {
-            ++stored;
+        rlimit limit{};
+        getrlimit(RLIMIT_FSIZE, &limit);
+        const auto usual = std::exchange(limit.rlim_cur, rlim_t{6} << 20);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        const auto transaction = store->Begin().value();
+        Require(transaction->SetValue(kKey, "a", StringValue("1")));
+        const RegistryValue large{RegistryType::Binary, std::string(kLargestValue, 'x')};
+        bool full = false;
+        for (int i = 0; i < 20 && !full; ++i) {
+            full = !transaction->SetValue("Large", std::to_string(i), large).ok();
         }
-        Require(stored < 20, "it should have failed");
-        let_files_grow_to(RLIM_INFINITY);
-        Require(!transaction->SetValue(kKey, "late", large).ok(), "a write after the failed one");
+        Require(full, "it should have failed");
+        limit.rlim_cur = usual;
+        setrlimit(RLIMIT_FSIZE, &limit);
+        Require(!transaction->SetValue("Large", "late", large).ok(), "behind the failed one");
         Require(!transaction->Commit().ok(), "a commit after a failed write");
         Require(ReadTogether(*store) == 0, "not taken back");
         Increment(*store);
         return 0;
     });
     ASSERT_EQ(child.Wait(), 0);
-    const auto store = OpenStore(file_);
+    const auto store = OpenStore(file);
     EXPECT_EQ(ReadTogether(*store), 1);
-    EXPECT_FALSE(store->OpenKey(kKey).value()->Query("0").ok());
+    EXPECT_FALSE(store->OpenKey("Large").ok());
 }
 
 }  // namespace
