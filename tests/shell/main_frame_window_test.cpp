@@ -209,6 +209,7 @@ TEST_F(MainFrameWindowTest, WhileItWaitsNothingIsDoneAndAHandedOverNameHasTime) 
 }
 
 TEST_F(MainFrameWindowTest, CommandsAskForChangesAndKeysCreateRenameAndDelete) {
+    settings.AddGroup("puzzle", "My Epsxe");
     Open();
     Edit();
     for (const auto* loses : {"New Configuration", "Delete Config/Group"}) Entry(loses).trigger();
@@ -222,24 +223,37 @@ TEST_F(MainFrameWindowTest, CommandsAskForChangesAndKeysCreateRenameAndDelete) {
     EXPECT_TRUE(IsSaved() && !HasChanges());
     boxes.shown.clear();
 
-    OnDialog<CNewConfigDialog>([](auto& dialog) {
-        Type(FieldOf(dialog, "Name"), "Fresh");
+    OnDialog<CNewGroupDialog>([](auto& dialog) {
+        Type(FieldOf(dialog, "New Group Name"), "Sports");
+        Click(dialog, "OK");
+    });
+    Entry("New Group").trigger();
+    EXPECT_EQ(Selected() + " in " + settings.GetParents().back().c_str(), "Sports in My Epsxe");
+    OnDialog<CNewConfigDialog>([&](auto& dialog) {
+        auto& group = FieldOf<QComboBox>(dialog, "Group");
+        EXPECT_EQ(group.itemText(1) + " before " + group.currentText(), "puzzle before Sports");
+        Click(dialog, "OK");
+        EXPECT_EQ(boxes.shown.size(), 1U) << "a name is missing; it stays open";
+        Type(FieldOf(dialog, "Name"), u"Pok\u00E9"_qs);
+        Press(group, Qt::Key_Up);
         Press(dialog, Qt::Key_Return);
     });
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
     Press(*window, Qt::Key_N, Qt::ControlModifier);
-    EXPECT_EQ(Selected(), "Fresh");
+    EXPECT_EQ(Tree().currentIndex().parent().data().toString() + Selected(), u"puzzlePok\u00E9"_qs);
     Press(CommandLine(), Qt::Key_Delete);
-    EXPECT_TRUE(boxes.shown.empty()) << "the key is the field's there";
+    EXPECT_EQ(boxes.shown.size(), 1U) << "the key is the field's there";
     window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
     Tree().setFocus();
     Press(Tree(), Qt::Key_F2);
     Entry("Status Bar").trigger();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !window->statusBar()->isVisible(); }));
-    EXPECT_EQ(boxes.shown.at(0).caption, "Name Exists") << "the label is done with first";
+    EXPECT_EQ(boxes.shown.at(1).caption, "Name Exists") << "the label is done with first";
     boxes.answers = {BoxAnswer::Yes};
     Press(Tree(), Qt::Key_Delete);
-    EXPECT_FALSE(files->Info(InConfig("Fresh.dta")).ok());
+    EXPECT_EQ(files->List(environment.ConfigFolder()).value().size(), 2U);
 }
 
 TEST_F(MainFrameWindowTest, TogglesAreWrittenAtOnceAndTheBypassCarriesTheLogWindowAlong) {
