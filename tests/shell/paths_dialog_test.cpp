@@ -10,41 +10,35 @@
 namespace velto::test {
 namespace {
 
-class PathsDialogTest : public HomeTest {
-  protected:
-    PathsDialogTest() {
-        EXPECT_TRUE(files->MakeFolders(InHome("emu")).ok());
-        for (const auto* file : {"emu/epsxe.exe", "emu/tray.ico"}) WriteFile(InHome(file), "MZ");
-    }
-    // Browses, and types a name there; an empty one cancels.
-    static void Browse(const QDialog& dialog, const QString& name) {
-        OnDialog<QFileDialog>([name](auto& files) {
-            auto& edit = *files.template findChild<QLineEdit*>("fileNameEdit");
-            if (name.isEmpty()) return files.reject();
-            Type(edit, name);
-            QTest::keyClick(&edit, Qt::Key_Return);
-        });
-        Click(dialog, "Browse...");
-    }
+// Browses, and types a name there; an empty one cancels.
+void Browse(const QDialog& dialog, const QString& name) {
+    OnDialog<QFileDialog>([name](auto& files) {
+        auto& edit = *files.template findChild<QLineEdit*>("fileNameEdit");
+        if (name.isEmpty()) return files.reject();
+        Type(edit, name);
+        QTest::keyClick(&edit, Qt::Key_Return);
+    });
+    Click(dialog, "Browse...");
+}
 
-    CVeltoSettings settings;
-};
+using PathsDialogTest = HomeTest;
 
 TEST_F(PathsDialogTest, OkStoresTheFieldsAsTheyStand) {
+    EXPECT_TRUE(files->MakeFolders(InHome("emu")).ok());
+    for (const auto* file : {"emu/epsxe.exe", "emu/tray.ico"}) WriteFile(InHome(file), "MZ");
+    CVeltoSettings settings;
     settings.SetEmulatorPath(InHome("emu/old.exe"));
     settings.SetCutorPath("D:\\caf\xE9\\cutor.exe");
-    CPathsDlg dialog;
-    dialog.show();
-    Type(FieldOf(dialog, "BATARD Location: (Optional)"), " not tested ");
-    Browse(dialog, "epsxe");  // gets its ending
+    CPathsDlg paths;
+    paths.show();
+    Type(FieldOf(paths, "BATARD Location: (Optional)"), " not tested ");
+    Browse(paths, "epsxe");  // gets its ending
     EXPECT_EQ(settings.GetEmulatorPath(), InHome("emu/old.exe")) << "not before OK";
-    Click(dialog, "OK");
+    Click(paths, "OK");
     EXPECT_EQ(settings.GetEmulatorPath(), InHome("emu/epsxe.exe"));
     EXPECT_EQ(settings.GetCutorPath(), "D:\\caf\xE9\\cutor.exe");
     EXPECT_EQ(settings.GetBatardPath(), " not tested ");
-}
 
-TEST_F(PathsDialogTest, TheTrayIconIsStoredWithAWord) {
     settings.SetIconFile(InHome("emu/old.ico"));
     CTrayIconDlg dialog;
     dialog.show();

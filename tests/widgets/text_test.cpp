@@ -23,28 +23,23 @@ TEST(Text, BytesAreReadAsUtf8OrElseAsWindows1252) {
     for (const auto& [bytes, text] : rows) EXPECT_EQ(FromBytes(bytes), text) << bytes;
 }
 
-TEST(BytesEdit, GivesItsBytesBackUntilTheUserEdits) {
+TEST(BytesFields, GiveTheirBytesBackUntilTheUserEdits) {
     BytesEdit edit;
-    for (const auto& bytes : {"two\nlines"s, "a\0b"s, std::string(40000, '\xE9'), "caf\xE9"s}) {
-        edit.SetBytes(bytes);
-        EXPECT_EQ(edit.bytes(), bytes);
-    }
+    edit.SetBytes("a\0\nb caf\xE9"s);
+    EXPECT_EQ(edit.bytes(), "a\0\nb caf\xE9"s);
     edit.end(false);
     QTest::keyClicks(&edit, "s");
-    EXPECT_EQ(edit.bytes(), "caf\xC3\xA9s");
+    EXPECT_EQ(edit.bytes(), "a\0\nb caf\xC3\xA9s"s);
     QTest::keyClick(&edit, Qt::Key_Backspace);
-    EXPECT_EQ(edit.bytes(), "caf\xE9");
-}
+    EXPECT_EQ(edit.bytes(), "a\0\nb caf\xE9"s);
 
-TEST(BytesCombo, OffersNamesInTheirOrderAndGivesTheirBytes) {
     BytesCombo combo;
     EXPECT_EQ(combo.bytes(), "");
     combo.SetSorted({"b", "C", "\xE9", "a"});
     EXPECT_EQ(combo.itemText(0) + combo.itemText(2) + combo.itemText(3), u"aC\u00E9"_qs);
-    for (const auto* name : {"\xE9", "A"}) {  // not offered in these letters
-        combo.Select(name);
-        EXPECT_EQ(combo.bytes(), "\xE9");
-    }
+    combo.Select("\xE9");
+    combo.Select("A");  // not offered in this letter
+    EXPECT_EQ(combo.bytes(), "\xE9");
 }
 
 }  // namespace
