@@ -2,8 +2,8 @@
 // written back under a key is what a read of that key gave. A record that was loaded from it is
 // saved in bytes that a load and a save don't change.
 #include <algorithm>
+#include <cassert>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "launch/direct_run.h"
@@ -13,10 +13,6 @@
 #include "store/velto_doc.h"
 
 namespace {
-
-void Demand(bool holds) {
-    if (!holds) std::abort();
-}
 
 // The file as a save gives it to a load.
 velto::CConfigFile Saved(const velto::CConfigFile& file) {
@@ -42,18 +38,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bool plain = file.ReadEntry("psxid").find(',') == std::string::npos;
     for (const auto& row : velto::OptionTable()) {
         const auto value = file.ReadEntry(row.name);
-        Demand(value.find_first_of("=\n") == std::string::npos);
+        assert(value.find_first_of("=\n") == std::string::npos);
         velto::CConfigFile copy;
         copy.WriteEntry(row.name, value);
         plain = plain && IsPlain(value);
-        Demand(!IsPlain(value) || copy.ReadEntry(row.name) == value);
+        assert(!IsPlain(value) || copy.ReadEntry(row.name) == value);
     }
     const auto saved = Saved(file);
     const auto again = Saved(saved);
-    Demand(velto::CopyPluginLines(saved.text()) == velto::CopyPluginLines(file.text()));
-    Demand(!plain || again.text() == saved.text());
+    assert(velto::CopyPluginLines(saved.text()) == velto::CopyPluginLines(file.text()));
+    assert(!plain || again.text() == saved.text());
 
     const auto config = velto::ReadDirectConfig(file);
-    Demand(!config || config->values.size() >= velto::EmulatorValueNames().size());
+    assert(!config || config->values.size() >= velto::EmulatorValueNames().size());
     return 0;
 }

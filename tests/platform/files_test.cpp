@@ -77,30 +77,22 @@ TEST_F(SearchTest, AStoredPathIsCutAtItsSeparatorAndOpenedThroughTheDriveTable) 
     }
 }
 
-// What is read with these variables alone and from the given folder.
-platform::Environment ReadWith(Variables::List list, const std::string& folder) {
-    for (const auto* name :
-         {"VELTO_HOME", "VELTO_DRIVES", "VELTO_RUNNER", "VELTO_REGEDIT", "XDG_DATA_HOME"}) {
-        list.insert(list.begin(), {name, ""});
-    }
-    const Variables variables(std::move(list));
-    const auto before = fs::current_path();
-    fs::current_path(folder);
-    auto environment = platform::ReadEnvironment(*platform::MakeFileService());
-    fs::current_path(before);
-    return environment;
+platform::Environment ReadWith(const Variables::List& list) {
+    const Variables variables(list);
+    return platform::ReadEnvironment(*platform::MakeFileService());
 }
 
 TEST(Environment, MakesEveryPathAbsoluteAndHandsItOnInThatForm) {
     const TemporaryFolder here;
     WriteFile(here / "bin/editor", "");
     fs::permissions(here / "bin/editor", fs::perms::owner_all);
+    const auto before = fs::current_path();
+    fs::current_path(here.path());
     const auto environment = ReadWith({{"VELTO_HOME", "./data/"},
                                        {"VELTO_DRIVES", "./letters"},
                                        {"VELTO_REGEDIT", "editor"},
                                        {"VELTO_RUNNER", "no-such-runner"},
-                                       {"PATH", ":/nowhere:bin"}},
-                                      here.path());
+                                       {"PATH", ":/nowhere:bin"}});
     EXPECT_EQ(environment.home, here / "data");
     EXPECT_EQ(environment.drives, here / "letters");
     EXPECT_EQ(environment.registry_editor, here / "bin/editor");
@@ -112,12 +104,13 @@ TEST(Environment, MakesEveryPathAbsoluteAndHandsItOnInThatForm) {
                     Pair("VELTO_REGEDIT", environment.registry_editor)));
     EXPECT_EQ(environment.start_folder, here / "data");
     fs::create_directory(here / "config");
-    const auto other = ReadWith({{"VELTO_HOME", "link/../data"}}, here.path());
+    const auto other = ReadWith({{"VELTO_HOME", "link/../data"}});
     EXPECT_EQ(other.home, here / "link/../data") << "what lies behind a link isn't known";
     EXPECT_EQ(other.start_folder, here.path());
-    EXPECT_EQ(ReadWith({{"XDG_DATA_HOME", here.path()}}, "/").home, here / "velto");
-    EXPECT_EQ(ReadWith({{"XDG_DATA_HOME", "relative"}, {"HOME", here.path()}}, "/").home,
+    EXPECT_EQ(ReadWith({{"VELTO_HOME", ""}, {"XDG_DATA_HOME", here.path()}}).home, here / "velto");
+    EXPECT_EQ(ReadWith({{"VELTO_HOME", ""}, {"XDG_DATA_HOME", "x"}, {"HOME", here.path()}}).home,
               here / ".local/share/velto");
+    fs::current_path(before);
 }
 
 class ReplaceFileTest : public HomeTest {

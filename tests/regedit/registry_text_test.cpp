@@ -11,38 +11,32 @@
 namespace velto::test {
 namespace {
 
+using namespace std::string_literals;
 using platform::RegistryType;
 using platform::RegistryValue;
 
 const std::string kHead = "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\k]\r\n";
 const std::string kShownHead = "[HKEY_CURRENT_USER\\k]\n";
 
-struct Sample {
-    const char* title;
-    std::string text;
-    std::string shown{};
-    int skipped = 0;
-};
-
 std::string Skipped(int lines) {
     return "skipped " + std::to_string(lines) + "\n";
 }
 
-// Every sample stands between a good key line and a good value, which must come through.
-void Check(const Sample& sample) {
-    EXPECT_EQ(Parse(kHead + sample.text + "\r\n\"next\"=\"kept\"\r\n"),
-              Skipped(sample.skipped) + kShownHead + sample.shown + "next=1:kept%00\n")
-        << sample.title;
+// Every text stands between a good key line and a good value, which must come through.
+void Check(const std::string& text, const std::string& shown, int skipped = 0) {
+    EXPECT_EQ(Parse(kHead + text + "\r\n\"next\"=\"kept\"\r\n"),
+              Skipped(skipped) + kShownHead + shown + "next=1:kept%00\n")
+        << text.substr(0, 80);
 }
 
 TEST(RegistryText, ReadsEveryFormOfAValueAndSkipsMalformedLinesAlone) {
     const std::string mark = ";#//x\n";
-    const Sample samples[] = {
+    const std::tuple<const char*, std::string, std::string> good[] = {
         {"default value", "@ =\t\"b\"", "=1:b%00\n"},
         {"default value by an empty name", R"(""="b")", "=1:b%00\n"},
         {"blanks everywhere", " \t\"a\"\t = \t\"b\" \t", "a=1:b%00\n"},
         {"string to the last quote", R"("a"="b" ; c "d")", "a=1:b\" ; c \"d%00\n"},
-        {"NUL in a string", std::string("\"a\"=\"b\0c\"", 9), "a=1:b%00c%00\n"},
+        {"NUL in a string", "\"a\"=\"b\0c\""s, "a=1:b%00c%00\n"},
         {"one digit", R"("a"=dword:f)", "a=4:%0F%00%00%00\n"},
         {"eight digits", R"("a"=dword: 12345678;)", "a=4:xV4%12\n"},
         {"hex bytes", R"("a"=hex:0,A,fF,)", "a=3:%00%0A%FF\n"},
@@ -51,8 +45,7 @@ TEST(RegistryText, ReadsEveryFormOfAValueAndSkipsMalformedLinesAlone) {
         {"comma in front of the second line", "\"a\"=hex:61\\\n,62", "a=3:ab\n"},
         {"no bytes, a comment", "\"a\"=hex(2):\\\n61,\\\n; c \\\n00", "a=2:a%00\n"},
         {"list ended by an empty line", "\"a\"=hex:61,\\\n", "a=3:a\n"},
-        {"removal", R"("a"=-)"},
-        {"comment", R"(;"a"="b")"},
+        {"removal, comment", "\"a\"=-\n;\"a\"=\"b\"", ""},
         {"plain path", R"("a"="c:\\emu\")", "a=1:c:\\\\emu\\%00\n"},
         {"quote that isn't escaped", R"("a"="\\"b")", "a=1:\\\\\"b%00\n"},
         {"quote inside a name", R"("a"b"=dword:1)", "a\"b=4:%01%00%00%00\n"},
@@ -60,82 +53,66 @@ TEST(RegistryText, ReadsEveryFormOfAValueAndSkipsMalformedLinesAlone) {
         {"no plain text behind others", ";#/\n;#\n; //\n\"a\"=\"b\\\\\"", "a=1:b\\%00\n"},
         {"equals sign in a plain name", mark + R"("a"=b"=dword:1)", "a\"=b=4:%01%00%00%00\n"},
         {"blanks behind a plain name", mark + R"("a" = "b")", "a=1:b%00\n"},
-        {"no end of the name", R"("a=1)", "", 1},
-        {"escaped end of the name", R"("a\"="b")", "", 1},
-        {"no end of the string", R"("a"="b)", "", 1},
-        {"text behind a string", R"("a"="b" c)", "", 1},
-        {"dword without digits", R"("a"=dword:)", "", 1},
-        {"dword of nine digits", R"("a"=dword:000000001)", "", 1},
-        {"hex byte of three digits", R"("a"=hex:012)", "", 1},
-        {"hex bytes without a comma", R"("a"=hex:01 02)", "", 1},
-        {"two commas", R"("a"=hex:01,,02)", "", 1},
-        {"type of nine digits", R"("a"=hex(000000001):01)", "", 1},
-        {"byte broken by a line end", "\"a\"=hex:01,0\\\n2", "", 1},
-        {"list of which no more follows", R"("a"=hex:01,\)", "", 1},
-        {"bad first line of several", "\"a\"=hex:zz,\\\n01,\\\n02", "", 1},
-        {"bad second line of three", "\"a\"=hex:01,\\\nzz,\\\n02", "", 1},
-        {"NUL in a name", std::string("\"a\0b\"=\"c\"", 9), "", 1},
-        {"long name", '"' + std::string(platform::kLongestValueName + 1, 'n') + "\"=\"b\"", "", 1},
-        {"string too long", "\"a\"=\"" + std::string(platform::kLargestValue, 't') + '"', "", 1},
-        {"backslash inside a list", "\"a\"=hex:01,\\02\n03", "", 2},
-        {"two of them", "what\n\"a\"\n\"b\"=\"c\"", "b=1:c%00\n", 2},
     };
-    for (const auto& sample : samples) Check(sample);
+    for (const auto& [name, text, shown] : good) {
+        SCOPED_TRACE(name);
+        Check(text, shown);
+    }
+    const std::string bad[] = {
+        R"("a=1)", R"("a\"="b")", R"("a"="b)", R"("a"="b" c)", R"("a"=dword:)",
+        R"("a"=dword:000000001)", R"("a"=hex:012)", R"("a"=hex:01 02)", R"("a"=hex:01,,02)",
+        R"("a"=hex(000000001):01)",
+        // Lists: a byte broken by a line end, no more of it, a bad first or second line of three.
+        "\"a\"=hex:01,0\\\n2", R"("a"=hex:01,\)", "\"a\"=hex:zz,\\\n01,\\\n02",
+        "\"a\"=hex:01,\\\nzz,\\\n02",
+        // Over the bounds, and a NUL in a name.
+        "\"a\0b\"=\"c\""s, '"' + std::string(platform::kLongestValueName + 1, 'n') + "\"=\"b\"",
+        "\"a\"=\"" + std::string(platform::kLargestValue, 't') + '"'};
+    for (const auto& text : bad) Check(text, "", 1);
+    Check("\"a\"=hex:01,\\02\n03", "", 2);
+    Check("what\n\"a\"\n\"b\"=\"c\"", "b=1:c%00\n", 2);
 }
 
 TEST(RegistryText, PassesOverWhatStandsBelowABadKeyLine) {
     const std::string head = "[HKEY_CURRENT_USER\\";
     std::string deepest = "[HKEY_CURRENT_USER";
     for (std::size_t i = 1; i < platform::kDeepestKey; ++i) deepest += "\\d";
-    const std::string roots =
-        "[HKEY_CLASSES_ROOT]\n[HKEY_LOCAL_MACHINE]\n[HKEY_CURRENT_CONFIG]\n[hkey_users]";
-    const Sample samples[] = {
-        {"bracket in a name", " " + head + "b]c \\\\]\t;c", head + "b]c ]\n"},
-        {"the other roots", roots, roots + "\n"},
-        {"depth", deepest + "]", deepest + "]\n"},
-        {"removed key", "[-HKEY_CURRENT_USER\\b]"},
-        {"unknown root", "[HKEY_CURRENT_USERS\\b]", "", 1},
-        {"no bracket", head + "b", "", 1},
-        {"text behind the bracket", head + "b] c", "", 1},
-        {"empty key name", head + "b\\\\c]", "", 1},
-        {"long key name", head + std::string(platform::kLongestKeyName + 1, 'b') + "]", "", 1},
-        {"too deep", deepest + "\\d]", "", 1},
-    };
     const std::string below = "\r\n\"a\"=\"b\"\r\n\"bad\r\n\"c\"=hex:01,\\\r\n02\r\n";
-    for (const auto& sample : samples) {
-        const bool taken = !sample.shown.empty();
-        EXPECT_EQ(Parse(kHead + sample.text + below + head + "n]\r\n\"d\"=\"e\"\r\n"),
-                  Skipped(sample.skipped + (taken ? 1 : 0)) + kShownHead + sample.shown +
-                      (taken ? "a=1:b%00\nc=3:%01%02\n" : "") +
-                      "[HKEY_CURRENT_USER\\n]\nd=1:e%00\n")
-            << sample.title;
+    const std::string roots =
+        "[HKEY_CLASSES_ROOT]\n[HKEY_LOCAL_MACHINE]\n[HKEY_CURRENT_CONFIG]\n[hkey_users]\n";
+    const std::pair<std::string, std::string> good[] = {
+        {" " + head + "b]c \\\\]\t;c", head + "b]c ]\n"},
+        {roots, roots},
+        {deepest + "]", deepest + "]\n"}};
+    for (const auto& [text, shown] : good) Check(text + below, shown + "a=1:b%00\nc=3:%01%02\n", 1);
+    const std::string bad[] = {"[HKEY_CURRENT_USERS\\b]",
+                               head + "b",
+                               head + "b] c",
+                               head + "b\\\\c]",
+                               head + std::string(platform::kLongestKeyName + 1, 'b') + "]",
+                               deepest + "\\d]"};
+    for (const auto& text : bad) {
+        Check(text + below + head + "n]", "[HKEY_CURRENT_USER\\n]\n", 1);
     }
+    Check("[-HKEY_CURRENT_USER\\b]" + below + head + "n]", "[HKEY_CURRENT_USER\\n]\n");
 }
 
 TEST(RegistryText, NeedsAKnownFirstLine) {
-    const std::pair<std::string, bool> samples[] = {
-        {"REGEDIT4 \t\r\n", true},
-        {"\xEF\xBB\xBFREGEDIT4\n", true},
-        {"Windows Registry Editor Version 5.00\r\n", true},
-        {"", false},
-        {";REGEDIT4\r\n", false},
-        {"REGEDIT4" + std::string(regedit::kLongestLine, ' ') + "\r\n", false},
-    };
-    for (const auto& [text, known] : samples) {
-        EXPECT_EQ(Parse(text + "\n[HKEY_CURRENT_USER\\k]\n"),
-                  known ? Skipped(0) + kShownHead : "unknown\n")
-            << text.substr(0, 80);
+    const std::string key = "\n[HKEY_CURRENT_USER\\k]\n";
+    for (const auto* known : {"REGEDIT4 \t\r\n", "\xEF\xBB\xBFREGEDIT4\n",
+                              "Windows Registry Editor Version 5.00\r\n"}) {
+        EXPECT_EQ(Parse(known + key), Skipped(0) + kShownHead);
+    }
+    const auto too_long = "REGEDIT4" + std::string(regedit::kLongestLine, ' ') + "\r\n";
+    for (const auto& unknown : {""s, ";REGEDIT4\r\n"s, too_long}) {
+        EXPECT_EQ(Parse(unknown + key), "unknown\n");
     }
     EXPECT_EQ(Parse("REGEDIT4\n\"a\"=\"b\"\n"), Skipped(1)) << "no key";
 }
 
-std::string Utf16(std::u16string_view text) {
-    std::string bytes = "\xFF\xFE";
-    for (const char16_t unit : text) {
-        bytes += static_cast<char>(unit & 0xFFU);
-        bytes += static_cast<char>(unit >> 8U);
-    }
-    return bytes;
+// As a little-endian host has it in memory.
+std::string Utf16(const std::u16string& text) {
+    return "\xFF\xFE" + std::string(reinterpret_cast<const char*>(text.data()), 2 * text.size());
 }
 
 TEST(RegistryText, BecomesUtf8FromUtf16) {
@@ -173,53 +150,44 @@ TEST(RegistryText, SkipsWhatIsLargerThanAnyValue) {
     while (lists.size() + 9 < regedit::kLongestLine) lists += "\"=hex:1, ";
     std::string shown_bytes = "a=3:";
     for (std::size_t i = 0; i < platform::kLargestValue; ++i) shown_bytes += "%01";
-    const Sample samples[] = {
-        {"largest value", list, shown_bytes + "\n"},
-        {"one byte more", list + "1,\\\n1", "", 1},
-        {"longest comment", ";" + longest.substr(1)},
-        {"longer comment, a mark too", ";#//" + longest + "\n\"a\"=\"\\\\\"", "a=1:\\\\%00\n", 1},
-        {"long line", "\"a\"=\"b\" ;" + longest, "", 1},
-        {"long line of a list", "\"a\"=hex:1,\\\n" + longest, "", 1},
-        {"long line behind a list", "\"a\"=hex:1,\\\n\"b\"=hex:" + longest, "", 2},
-        {"many ends of a name", ends_of_names, "", 1},
-        {"many lists", lists, "", 1},
-        {"blanks in front", std::string(longest.size() + 1, ' ') + "\"a\"=\"b\"", "a=1:b%00\n"},
-    };
-    for (const auto& sample : samples) Check(sample);
+    Check(list, shown_bytes + "\n");
+    Check(list + "1,\\\n1", "", 1);
+    Check(";" + longest.substr(1), "");
+    Check(";#//" + longest + "\n\"a\"=\"\\\\\"", "a=1:\\\\%00\n", 1);
+    Check("\"a\"=\"b\" ;" + longest, "", 1);
+    Check("\"a\"=hex:1,\\\n" + longest, "", 1);
+    Check("\"a\"=hex:1,\\\n\"b\"=hex:" + longest, "", 2);
+    Check(ends_of_names, "", 1);
+    Check(lists, "", 1);
+    Check(std::string(longest.size() + 1, ' ') + "\"a\"=\"b\"", "a=1:b%00\n");
     EXPECT_EQ(Parse(kHead + "[" + longest + "]\n\"a\"=\"b\"\n"), Skipped(1) + kShownHead)
         << "values below a key line that is too long";
 }
 
-// Makes texts of what the two forms of quoting, comments and values are made of.
-class Generator {
-  public:
-    std::string Text(std::size_t most_pieces, bool line_ends) {
-        static const std::vector<std::string> kPieces = {
-            "\"",   "\\",           "=",          "\"=",  "\"=\"", "\\\"", "\\\\",    ";",
-            " ",    "\t",           "@",          "-",    "[",     "]",    ",",       "a",
-            "\xE9", "\x1A",         "\v",         "\x01", "%",     "\"=-", "\" = \"", "\"=hex:1,\\",
-            ";#//", "\"=hex(1):0;", "\"=dword:1", "\r",   "\n"};
-        std::string text;
-        for (auto count = Below(most_pieces + 1); count > 0; --count) {
-            text += kPieces[Below(kPieces.size() - (line_ends ? 0 : 2))];
-        }
-        return text;
-    }
-    RegistryValue Value() {
-        // Each of the known types, and the largest number.
-        const auto type = static_cast<std::uint32_t>(Below(9)) - 1;
-        RegistryValue value{RegistryType{type}, Text(40, true)};
-        value.data.append(Below(3), '\0');
-        if (Below(2) != 0) value.data.insert(Below(value.data.size() + 1), 1, '\0');
-        if (Below(2) != 0) value.data.resize(4);
-        return value;
-    }
+// Of what the two forms of quoting, comments and values are made of; line ends come last.
+const std::string kPieces[] = {
+    "\"",   "\\",           "=",          "\"=",  "\"=\"", "\\\"", "\\\\",    ";",
+    " ",    "\t",           "@",          "-",    "[",     "]",    ",",       "a",
+    "\xE9", "\x1A",         "\v",         "\x01", "%",     "\"=-", "\" = \"", "\"=hex:1,\\",
+    ";#//", "\"=hex(1):0;", "\"=dword:1", "\r",   "\n"};
 
-  private:
-    std::size_t Below(std::size_t end) { return random_() % end; }
+std::string RandomText(std::mt19937& random, std::size_t most_pieces, bool line_ends) {
+    std::string text;
+    for (auto count = random() % (most_pieces + 1); count > 0; --count) {
+        text += kPieces[random() % (std::size(kPieces) - (line_ends ? 0 : 2))];
+    }
+    return text;
+}
 
-    std::mt19937 random_{20240229};
-};
+RegistryValue RandomValue(std::mt19937& random) {
+    // Each of the known types, and the largest number.
+    const RegistryType type{static_cast<std::uint32_t>(random() % 9) - 1};
+    RegistryValue value{type, RandomText(random, 40, true)};
+    value.data.append(random() % 3, '\0');
+    if (random() % 2 != 0) value.data.insert(random() % (value.data.size() + 1), 1, '\0');
+    if (random() % 2 != 0) value.data.resize(4);
+    return value;
+}
 
 // The value line below a key reads as that name and value.
 void ExpectRead(const std::string& head, const std::string& line, const std::string& name,
@@ -231,17 +199,17 @@ void ExpectRead(const std::string& head, const std::string& line, const std::str
 }
 
 TEST(RegistryTextRoundTrip, ExportsAndDumpsComeBackExactly) {
-    Generator random;
+    std::mt19937 random(20240229);
     for (int i = 0; i < 20000; ++i) {
-        const auto name = random.Text(8, false);
-        const auto exported = random.Value();
+        const auto name = RandomText(random, 8, false);
+        const auto exported = RandomValue(random);
         std::string line;
         regedit::AppendValueLine(name, exported, line);
         ASSERT_NO_FATAL_FAILURE(ExpectRead("REGEDIT4\r\n", line, name, exported));
 
         // Such a name is the one ambiguity that plain text has, if a whole form follows.
         if ((name + '"').find("\"=") != std::string::npos) continue;
-        const auto text = random.Text(8, false);
+        const auto text = RandomText(random, 8, false);
         const std::pair<std::string, RegistryValue> forms[] = {
             {'"' + text + '"', platform::StringValue(text)},
             {"dword:0000002a", platform::DwordValue(42)},

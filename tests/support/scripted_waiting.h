@@ -24,16 +24,13 @@ class ScriptedWaiting : public platform::WaitingService {
     std::size_t stop_at = std::numeric_limits<std::size_t>::max();
 
   private:
-    class ScriptedWait : public platform::Wait {
-      public:
-        explicit ScriptedWait(ScriptedWaiting& all) : all_(all) {}
+    struct ScriptedWait : platform::Wait {
+        explicit ScriptedWait(ScriptedWaiting& its_all) : all(its_all) {}
         bool Continue(std::optional<platform::WaitProgress> progress) override {
-            if (progress) all_.told.push_back(*progress);
-            return all_.stop_at-- != 0;
+            if (progress) all.told.push_back(*progress);
+            return all.stop_at-- != 0;
         }
-
-      private:
-        ScriptedWaiting& all_;
+        ScriptedWaiting& all;
     };
 };
 

@@ -1,4 +1,5 @@
-// Environment variables that have other values for the life of this, then their former ones.
+// Environment variables, each named once, that have other values for the life of this, then their
+// former ones.
 #pragma once
 
 #include <cstdlib>
@@ -13,26 +14,22 @@ class Variables {
     using List = std::vector<std::pair<std::string, std::string>>;
 
     // Each name with its value; an empty one unsets.
-    explicit Variables(List list) : before_(std::move(list)) {
-        for (auto& [name, value] : before_) value = Exchange(name, value);
+    explicit Variables(const List& list) {
+        for (const auto& [name, value] : list) {
+            const char* const before = std::getenv(name.c_str());
+            before_.emplace_back(name, before == nullptr ? "" : before);
+            Set(name, value);
+        }
     }
     ~Variables() {
-        for (auto it = before_.rbegin(); it != before_.rend(); ++it)
-            Exchange(it->first, it->second);
+        for (const auto& [name, value] : before_) Set(name, value);
     }
     Variables(const Variables&) = delete;
     Variables& operator=(const Variables&) = delete;
 
   private:
-    static std::string Exchange(const std::string& name, const std::string& value) {
-        const char* const set = std::getenv(name.c_str());
-        std::string before = set == nullptr ? "" : set;
-        if (value.empty()) {
-            unsetenv(name.c_str());
-        } else {
-            setenv(name.c_str(), value.c_str(), 1);
-        }
-        return before;
+    static void Set(const std::string& name, const std::string& value) {
+        value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
     }
 
     List before_;
