@@ -11,10 +11,9 @@
 namespace velto::test {
 namespace {
 
-using namespace std::string_literals;
+using Texts = std::vector<std::string>;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 constexpr const char* kEmulator = "Software\\epsxe\\config";
 constexpr const char* kPlugin = "Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo";
@@ -34,10 +33,9 @@ class BorrowedBranchTest : public HomeTest {
         SetValue(kEmulator, "v", platform::StringValue(value));
         SetValue(kPlugin, "v", platform::StringValue(value));
     }
-    std::vector<std::string> Both() {
-        return {StringOf(kEmulator, "v").value_or(""), StringOf(kPlugin, "v").value_or("")};
-    }
-    std::vector<std::string> Files() { return files->List(folder).value(); }
+    // The values of the emulator and the plug-in.
+    Texts Both() { return {*StringOf(kEmulator, "v"), *StringOf(kPlugin, "v")}; }
+    Texts Files() { return files->List(folder).value(); }
     std::optional<BorrowedBranch> ForRun() { return BorrowedBranch::ForRun(folder); }
     // A registry editor of which the run of this number, from 1, does something else.
     void EditorWith(int run, const std::string& instead) {
@@ -52,43 +50,78 @@ class BorrowedBranchTest : public HomeTest {
     const std::string folder = environment.ConfigFolder();
 };
 
-TEST_F(BorrowedBranchTest, ARunThatHoldsTheBackupIsLeftAlone) {
+TEST_F(BorrowedBranchTest, NothingIsBorrowedWithoutBackupsAndNoneThatIsNeededIsLost) {
+    WriteFile(InHome("half"), Backup(kEmulator, "half"));
+    const auto half = "cp " + InHome("half") + " \"$2\"; ";
+    const auto main = Backup(kEmulator, "kept");
+    const auto plugins = Backup(kPlugin, "kept");
+    const auto no_lock =
+        "Error: Unable to lock " + InConfig("main.bak") + ": Resource temporarily unavailable";
+    const struct {
+        const char* name;
+        Texts told;  // if nothing is borrowed
+        Texts left, values;
+        int run;
+        std::string instead, main{}, plugins{};  // the backups that are found
+    } cases[] = {
+        {"found", {}, {}, {"kept", "kept"}, 0, ":", main, plugins},
+        {"cut", {kNoRestore}, {"main.bak"}, {"user's", "kept"}, 0, ":", "x", plugins},
+        {"cut, too", {kNoRestore}, {"plugins.bak"}, {"kept", "user's"}, 0, ":", main, "x"},
+        {"none made", {kNoMain}, {}, {"user's", "user's"}, 1, "exit 0"},
+        {"a half", {kNoPlugins}, {}, {"user's", "user's"}, 2, half + "exit 1"},
+        {"a crash", {kNoMain}, {}, {"user's", "user's"}, 1, half + "kill -9 $$"},
+        {"no lock",
+         {no_lock},
+         {},
+         {"user's", "user's"},
+         1,
+         half + "flock $2 sleep 1 & sleep 0.2; exit 0"},
+        {"not merged", {}, {"main.bak"}, {"borrowed", "user's"}, 3, "exit 1"},
+        {"nor those", {}, {"plugins.bak"}, {"user's", "borrowed"}, 4, "exit 1"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        SetBoth("user's");
+        WriteFile(InConfig("main.bak"), c.main);
+        WriteFile(InConfig("plugins.bak"), c.plugins);
+        EditorWith(c.run, c.instead);
+        {
+            const auto run = ForRun();
+            EXPECT_EQ(run.has_value(), c.told.empty());
+            if (run) SetBoth("borrowed");
+        }
+        EXPECT_EQ(Shown(boxes), c.told);
+        EXPECT_EQ(Files(), c.left);
+        EXPECT_EQ(Both(), c.values);
+        EXPECT_FALSE(IsRunUnderWay(folder));
+    }
+    WriteFile(InConfig("main.bak"), "x");
+    environment.registry_editor = InHome("missing");
+    EXPECT_FALSE(ForRun());
+    EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore)) << "once, though plugins.bak is left too";
+}
+
+TEST_F(BorrowedBranchTest, OneAtATimeHasARegistryOrAFolder) {
+    std::filesystem::create_directories(InHome("other/config"));
     EXPECT_TRUE(ForRun()) << "there is nothing to save yet";
-    SetBoth("user's");
     auto run = ForRun();
     ASSERT_TRUE(run);
-    EXPECT_THAT(Files(), UnorderedElementsAre("main.bak", "plugins.bak"));
+    EXPECT_THAT(Files(), testing::UnorderedElementsAre("main.bak", "plugins.bak"));
     SetBoth("borrowed");
     EXPECT_FALSE(ForRun());
     EXPECT_FALSE(BorrowedBranch::ForPlugins(folder));
+    EXPECT_TRUE(IsRunUnderWay(InHome("other/config")));
+    environment.home = InHome("other");
     EXPECT_TRUE(IsRunUnderWay(folder));
-    EXPECT_THAT(Both(), ElementsAre("borrowed", "borrowed"));
-    run.reset();
-    EXPECT_THAT(Both(), ElementsAre("user's", "user's")) << "given back by the destructor";
-    EXPECT_THAT(Files(), IsEmpty());
-    EXPECT_FALSE(IsRunUnderWay(folder));
-    EXPECT_THAT(boxes.shown, IsEmpty());
-}
+    EXPECT_FALSE(IsRunUnderWay(InHome("other/config"))) << "for a registry of its own";
+    environment.home = home_folder.path();
 
-TEST_F(BorrowedBranchTest, WhatIsFoundIsMergedFirstOrNothingIsBorrowed) {
-    const auto borrows = [&](const std::string& main, const std::string& plugins) {
-        SetBoth("borrowed");
-        WriteFile(InConfig("main.bak"), main);
-        WriteFile(InConfig("plugins.bak"), plugins);
-        return ForRun().has_value();
-    };
-    const auto main = Backup(kEmulator, "kept");
-    const auto plugins = Backup(kPlugin, "kept");
-    EXPECT_FALSE(borrows("cut short", plugins));
-    EXPECT_THAT(Files(), ElementsAre("main.bak"));
-    EXPECT_FALSE(borrows(main, "cut short"));
-    EXPECT_THAT(Files(), ElementsAre("plugins.bak"));
-    EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore, kNoRestore));
-    EXPECT_TRUE(borrows(main, plugins));
-    EXPECT_THAT(Both(), ElementsAre("kept", "kept"));
-    environment.registry_editor = InHome("missing");
-    EXPECT_FALSE(borrows("cut short", "cut short"));
-    EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore)) << "once";
+    std::filesystem::remove(InConfig("main.bak"));
+    WriteFile(InConfig("main.bak"), Backup(kEmulator, "another's"));
+    run->GiveBack();
+    EXPECT_THAT(Both(), ElementsAre("borrowed", "borrowed")) << "others take care of it";
+    EXPECT_THAT(Files(), testing::UnorderedElementsAre("main.bak", "plugins.bak"));
+    EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
 TEST_F(BorrowedBranchTest, AChangeToPluginSettingsBorrowsTheirBranchAlone) {
@@ -102,41 +135,6 @@ TEST_F(BorrowedBranchTest, AChangeToPluginSettingsBorrowsTheirBranchAlone) {
     branch->GiveBack();
     EXPECT_THAT(Both(), ElementsAre("borrowed", "user's"));
     EXPECT_THAT(Files(), ElementsAre("main.bak"));
-}
-
-TEST_F(BorrowedBranchTest, WithoutABackupNothingIsBorrowedAndNoneIsLeft) {
-    SetBoth("user's");
-    WriteFile(InHome("half"), Backup(kEmulator, "half"));
-    const auto half = "cp " + InHome("half") + " \"$2\"; ";
-    for (const auto& instead : {"exit 0"s, "exit 1"s, half + "exit 1", half + "kill -9 $$"}) {
-        for (const int run : {1, 2}) {
-            EditorWith(run, instead);
-            EXPECT_FALSE(ForRun()) << instead;
-            EXPECT_THAT(Shown(boxes), ElementsAre(run == 1 ? kNoMain : kNoPlugins));
-            EXPECT_THAT(Files(), IsEmpty());
-            EXPECT_THAT(Both(), ElementsAre("user's", "user's"));
-        }
-    }
-    EditorWith(1, half + "flock \"$2\" sleep 1 & sleep 0.2; exit 0");
-    EXPECT_FALSE(ForRun());
-    EXPECT_THAT(Shown(boxes), ElementsAre(testing::HasSubstr("Unable to lock ")));
-    EXPECT_THAT(Files(), IsEmpty());
-}
-
-TEST_F(BorrowedBranchTest, ABackupWhoseMergeFailedIsKept) {
-    for (const int failing : {3, 4}) {
-        SetBoth("user's");
-        EditorWith(failing, "exit 1");
-        auto run = ForRun();
-        ASSERT_TRUE(run);
-        SetBoth("borrowed");
-        run->GiveBack();
-        EXPECT_THAT(Files(), ElementsAre(failing == 3 ? "main.bak" : "plugins.bak"));
-        EXPECT_FALSE(IsRunUnderWay(folder));
-        EXPECT_TRUE(ForRun());
-        EXPECT_THAT(Both(), ElementsAre("user's", "user's"));
-    }
-    EXPECT_THAT(boxes.shown, IsEmpty());
 }
 
 TEST_F(BorrowedBranchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNextRun) {
@@ -159,17 +157,6 @@ TEST_F(BorrowedBranchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNext
     EXPECT_TRUE(ForRun());
     EXPECT_THAT(Both(), ElementsAre("changed since", "changed since"));
     EXPECT_THAT(Files(), IsEmpty());
-}
-
-TEST_F(BorrowedBranchTest, OnlyTheBackupThatWasMadeHereIsMerged) {
-    auto run = ForRun();
-    ASSERT_TRUE(run);
-    SetBoth("borrowed");
-    std::filesystem::remove(InConfig("main.bak"));
-    WriteFile(InConfig("main.bak"), Backup(kEmulator, "another's"));
-    run->GiveBack();
-    EXPECT_THAT(Both(), ElementsAre("borrowed", "borrowed"));
-    EXPECT_THAT(Files(), UnorderedElementsAre("main.bak", "plugins.bak"));
 }
 
 TEST_F(BorrowedBranchTest, AnEditorThatHangsIsEndedIfTheUserMeansIt) {
