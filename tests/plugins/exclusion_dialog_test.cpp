@@ -20,18 +20,14 @@ TEST_F(ExclusionDialogTest, EachChangeIsStoredAtOnceInTheOrderOfTheList) {
     dialog.show();
     auto& name = FieldOf(dialog, "Filename:");
     auto& list = *dialog.findChild<QListWidget*>();
-    const auto expect_box = [&](const char* line) {
-        ASSERT_FALSE(boxes.shown.empty());
-        EXPECT_EQ(boxes.shown[0].icon, platform::BoxIcon::Information);
-        EXPECT_THAT(Shown(boxes), ElementsAre(line));
-    };
     Click(dialog, "Remove");
-    expect_box("Velto: No item Selected");
+    EXPECT_EQ(boxes.shown.at(0).icon, platform::BoxIcon::Information);
+    EXPECT_THAT(Shown(boxes), ElementsAre("Velto: No item Selected"));
     Click(dialog, "Add");
-    expect_box("Velto: Please specify a file to exclude");
+    EXPECT_THAT(Shown(boxes), ElementsAre("Velto: Please specify a file to exclude"));
     Type(name, "zlib.dll");
     Click(dialog, "Add");
-    expect_box("Velto: Already excluded.");
+    EXPECT_THAT(Shown(boxes), ElementsAre("Velto: Already excluded."));
     Type(name, " ZLIB.dll");
     QTest::keyClick(&name, Qt::Key_Return);
     EXPECT_EQ(name.text(), " ZLIB.dll");
@@ -42,7 +38,8 @@ TEST_F(ExclusionDialogTest, EachChangeIsStoredAtOnceInTheOrderOfTheList) {
     EXPECT_THAT(settings.GetExclusionList(), ElementsAre(" ZLIB.dll", "zlib.dll", "\xE9.dll"));
     EXPECT_TRUE(boxes.shown.empty());
     dialog.close();
-    expect_box("Restart: Changes will only be applied after restarting.");
+    EXPECT_THAT(Shown(boxes),
+                ElementsAre("Restart: Changes will only be applied after restarting."));
 }
 
 }  // namespace

@@ -38,14 +38,13 @@ TEST_F(MiscSettingsTest, AnEditIsInTheRecordAtOnceAndThePageFollowsIt) {
 }
 
 TEST_F(MiscSettingsTest, TheSearchForABiosBeginsAtTheEmulatorsFolderForThem) {
-    for (const auto* folder : {"emu/BIOS", "drive_c/emu/bios", "old"}) {
+    for (const auto* folder : {"drive_c/emu/BIOS", "old"}) {
         WriteFile(InHome(folder) + "/scph.bin", "bios");
     }
     const std::pair<std::string, std::string> cases[] = {
-        {InHome("emu/epsxe"), InHome("emu/BIOS")},
-        {"C:\\emu\\ePSXe.EXE", InHome("drive_c/emu/bios")},
+        {InHome("drive_c/emu/epsxe"), InHome("drive_c/emu/BIOS")},
+        {"C:\\emu\\ePSXe.EXE", InHome("drive_c/emu/BIOS")},
         {InHome("epsxe"), InHome("old")},  // no such folder
-        {"", InHome("old")},
     };
     for (const auto& [emulator, start] : cases) {
         document.settings.SetEmulatorPath(emulator);

@@ -38,13 +38,12 @@ class LoadTest : public DocumentTest {
         editor.enabled = true;
         WriteFile(InConfig("plugins.tmp"), "REGEDIT4 \r\n");
     }
-    void ExpectClean(const std::string& bios, bool clean = true) {
-        EXPECT_EQ(document.bios, bios);
-        EXPECT_EQ(document.dirty, !clean);
-        EXPECT_EQ(editor.enabled, !clean);
-        EXPECT_EQ(Exists(InConfig("plugins.tmp")), !clean);
+    // The configuration in hand and all that an edit brings about.
+    std::string InHand() {
+        return document.bios + (document.dirty ? " dirty" : "") + (editor.enabled ? " on" : "") +
+               (Exists(InConfig("plugins.tmp")) ? " pending" : "");
     }
-    void ExpectStillEdited() { ExpectClean("edited", false); }
+    const std::string edited = "edited dirty on pending";
 };
 
 TEST_F(LoadTest, KnowsTheImageDriversByDisplayNameAndByReservedWord) {
@@ -106,21 +105,21 @@ TEST_F(LoadTest, ChangesAreLostOnlyIfTheUserMeansItAndARefusalIsAskedOnce) {
                             "be lost.  Do you wish to continue?"));
     editor.previous = NodeKind::Page;
     EXPECT_TRUE(document.LoadConfig("Other"));
-    ExpectStillEdited();
+    EXPECT_EQ(InHand(), edited);
     boxes.answers = {BoxAnswer::Yes};
     EXPECT_FALSE(document.LoadConfig("Other")) << "no way back to swallow";
-    ExpectClean("other");
+    EXPECT_EQ(InHand(), "other");
 
     MakeDirty();
     editor.previous = NodeKind::Configuration;
     editor.SelectByName("A Group", NodeKind::Group);
     EXPECT_TRUE(document.WarnIfDirty());
-    ExpectStillEdited();
+    EXPECT_EQ(InHand(), edited);
     EXPECT_FALSE(document.LoadConfig("Other")) << "the tree's way back";
     boxes.answers = {BoxAnswer::Yes, BoxAnswer::Yes};
     EXPECT_FALSE(document.WarnIfDirty());
     EXPECT_EQ(editor.refreshes, 1);
-    ExpectClean("other");
+    EXPECT_EQ(InHand(), "other");
     document.dirty = true;
     EXPECT_FALSE(document.LoadConfig("Game")) << "no dump is pending";
 }
