@@ -186,12 +186,9 @@ TEST(Options, AreReadForTheirExactText) {
     const std::pair<std::string, std::string> cases[] = {
         {"gpuFileName = gpu\xE9.dll", "VideoPlugin=GPU\xE9.DLL"},
         {"netFileName = null", "NetPlugin=NULL"},
-        {"driveLetter = D:", "CdromLetter=68"},
-        {"driveLetter = \xC4", "CdromLetter=68"},  // 196 & 127
+        {"driveLetter = \xC4:", "CdromLetter=68"},  // 196 & 127
         {"region = NTSC", "Country=0"},
         {"region = ntsc", "Country=1"},
-        {"enablePPF = yes", "AutoPpfLoad=255"},
-        {"enableXA = no", "SoundXA=1"},
         {"enableCDDA = FALSE", "SoundCDDA=1"},
         {"enableSpuIRQ = TRUE", "SoundSpuIrq=0"},
         {"padAxis = 1, x,,", "GamepadAxis=1, x,,"},

@@ -94,13 +94,13 @@ TEST_F(PluginTest, AScanKeepsWhatAnswersAndLogsTheRest) {
     EXPECT_EQ(catalogue.GetPluginFile(gpu), "w.dll") << "the later one of two with one name";
     EXPECT_EQ(catalogue.GetPluginFile("test gpu version 3.5"), "");
     EXPECT_EQ(catalogue.FindByFile("c.dll").size(), 1U);
-    std::vector<std::string> prefixes;
-    for (const auto& plugin : catalogue.plugins()) {
+    std::string prefixes;
+    for (auto& plugin : catalogue.plugins()) {
+        prefixes += plugin.prefix + " ";
         EXPECT_EQ(plugin.module, platform::LibraryHandle::None) << "unloaded at rest";
-        prefixes.push_back(plugin.prefix);
+        EXPECT_TRUE(plugin.Reload(plugin_folder));
     }
-    EXPECT_THAT(prefixes, ElementsAre("CDR", "GPU", "SPU", "PAD", "NET", "", "GPU"));
-    for (auto& plugin : catalogue.plugins()) EXPECT_TRUE(plugin.Reload(plugin_folder));
+    EXPECT_EQ(prefixes, "CDR GPU SPU PAD NET  GPU ");
     EXPECT_EQ(processes.requests.size(), 4U + 7U) << "each in a program of its own";
 
     std::filesystem::remove_all(plugin_folder);

@@ -38,30 +38,29 @@ TEST_F(MiscSettingsTest, AnEditIsInTheRecordAtOnceAndThePageFollowsIt) {
 }
 
 TEST_F(MiscSettingsTest, TheSearchForABiosBeginsAtTheEmulatorsFolderForThem) {
-    for (const auto* folder : {"drive_c/emu/BIOS", "old"}) {
-        WriteFile(InHome(folder) + "/scph.bin", "bios");
-    }
+    const auto folder = InHome("drive_c/emu/BIOS");
+    WriteFile(folder + "/scph.bin", "bios");
+    document.bios = "C:\\old.bin";
     const std::pair<std::string, std::string> cases[] = {
-        {InHome("drive_c/emu/epsxe"), InHome("drive_c/emu/BIOS")},
-        {"C:\\emu\\ePSXe.EXE", InHome("drive_c/emu/BIOS")},
-        {InHome("epsxe"), InHome("old")},  // no such folder
+        {InHome("epsxe"), document.bios},  // no such folder
+        {InHome("drive_c/emu/epsxe"), InHome("drive_c/emu/bios/*.bin")},
+        {"C:\\emu\\ePSXe.EXE", "C:\\emu\\bios\\*.bin"},
     };
     for (const auto& [emulator, start] : cases) {
         document.settings.SetEmulatorPath(emulator);
-        document.bios = InHome("old/old.bin");
-        page.Refresh();
-        OnDialog<QFileDialog>([start = start](auto& dialog) {
-            EXPECT_EQ(dialog.directory().path().toStdString(), start);
-            auto& edit = *dialog.template findChild<QLineEdit*>("fileNameEdit");
-            Type(edit, "scph");
-            QTest::keyClick(&edit, Qt::Key_Return);
-        });
-        Click(page, "Browse");
-        EXPECT_EQ(document.bios, start + "/scph.bin");
+        EXPECT_EQ(CMiscSettings(document, *this).BiosSearchStart(), start);
     }
+    OnDialog<QFileDialog>([&](auto& dialog) {
+        EXPECT_EQ(dialog.directory().path().toStdString(), folder);
+        auto& edit = *dialog.template findChild<QLineEdit*>("fileNameEdit");
+        Type(edit, "scph");
+        QTest::keyClick(&edit, Qt::Key_Return);
+    });
+    Click(page, "Browse");
+    EXPECT_EQ(document.bios, folder + "/scph.bin");
     OnDialog<QFileDialog>([](auto& dialog) { dialog.reject(); });
     Click(page, "Browse");
-    EXPECT_EQ(document.bios, InHome("old/scph.bin"));
+    EXPECT_EQ(document.bios, folder + "/scph.bin");
 }
 
 }  // namespace

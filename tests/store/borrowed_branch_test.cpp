@@ -137,20 +137,18 @@ TEST_F(BorrowedBranchTest, AChangeToPluginSettingsBorrowsTheirBranchAlone) {
     EXPECT_THAT(Files(), ElementsAre("main.bak"));
 }
 
-TEST_F(BorrowedBranchTest, BackupsThatCannotBeDeletedAreMergedOnceAndStopTheNextRun) {
-    // A folder that turns read-only during the run.
-    class Undeletable : public FailingFiles {
-      public:
-        using FailingFiles::FailingFiles;
-        platform::Status Remove(const std::string& path) override {
-            return platform::Error{platform::ErrorKind::Denied, path, "Read-only file system"};
-        }
-    } undeletable(*files, 0, FailingFiles::At::Fail);
+TEST_F(BorrowedBranchTest, ABackupThatCannotBeDeletedIsMergedOnceAndStopsTheNextRun) {
+    SetBoth("user's");
     {
-        const auto read_only = With(undeletable);
-        SetBoth("user's");
+        FailingFiles undeletable(*files, 1, FailingFiles::At::Fail);
+        const auto failing = With(undeletable);
         EXPECT_TRUE(ForRun());
-        SetBoth("changed since");
+    }
+    EXPECT_THAT(Files(), ElementsAre("main.bak"));
+    SetBoth("changed since");
+    {
+        FailingFiles undeletable(*files, 1, FailingFiles::At::Fail);
+        const auto failing = With(undeletable);
         EXPECT_FALSE(ForRun());
         EXPECT_THAT(Shown(boxes), ElementsAre(kNoRestore));
     }

@@ -28,37 +28,34 @@ class DumpTest : public HomeTest {
     const std::string dump_file = InConfig("plugins.tmp");
 };
 
-TEST_F(DumpTest, WritesEachTypeInItsFormAndReportsTheRest) {
+TEST_F(DumpTest, HoldsTheValuesOfTheDirectSubkeysOfTheThreeBranches) {
     const std::string long_text(259, 'x');
     const auto no_type = "Tavo screwed up: Unable to determine data type";
-    const std::tuple<platform::RegistryValue, std::string, Texts> cases[] = {
-        {platform::StringValue("C:\\a \"b\" = ;"), R"("v"="C:\a "b" = ;")", {}},
-        {platform::StringValue(""), R"("v"="")", {}},
-        {platform::StringValue(long_text), "\"v\"=\"" + long_text + '"', {}},
-        {platform::StringValue(long_text + "x"), "", {kNoString}},
-        {platform::StringValue("a\nb"), "", {kNoString}},
-        {platform::StringValue("a\rb"), "", {kNoString}},
-        {{RegistryType::String, "a\0b\0"s}, "", {kNoString}},
-        {{RegistryType::ExpandString, "%a%\0"s}, "", {kNoString}},
-        {{RegistryType::Binary, "\0\x0A\xFF\x10"s}, R"("v"=hex:00,a,ff,10)", {}},
-        {{RegistryType::Binary, ""}, R"("v"=hex:)", {}},
-        {platform::DwordValue(42), R"("v"=dword:0000002a)", {}},
-        {platform::DwordValue(0xFEDCBA98), R"("v"=dword:fedcba98)", {}},
-        {{RegistryType::Dword, "abc"}, "", {kNoDword}},
-        {{RegistryType::None, "x"}, "", {no_type}},
-        {{RegistryType::MultiString, "a\0\0"s}, "", {no_type}},
+    const std::tuple<platform::RegistryValue, std::string, std::string> values[] = {
+        {platform::StringValue("C:\\a \"b\" = ;"), R"("C:\a "b" = ;")", ""},
+        {platform::StringValue(""), R"("")", ""},
+        {platform::StringValue(long_text), '"' + long_text + '"', ""},
+        {platform::StringValue(long_text + "x"), "", kNoString},
+        {platform::StringValue("a\nb"), "", kNoString},
+        {platform::StringValue("a\rb"), "", kNoString},
+        {{RegistryType::String, "a\0b\0"s}, "", kNoString},
+        {{RegistryType::ExpandString, "%a%\0"s}, "", kNoString},
+        {{RegistryType::Binary, "\0\x0A\xFF\x10"s}, "hex:00,a,ff,10", ""},
+        {{RegistryType::Binary, ""}, "hex:", ""},
+        {platform::DwordValue(42), "dword:0000002a", ""},
+        {platform::DwordValue(0xFEDCBA98), "dword:fedcba98", ""},
+        {{RegistryType::Dword, "abc"}, "", kNoDword},
+        {{RegistryType::None, "x"}, "", no_type},
+        {{RegistryType::MultiString, "a\0\0"s}, "", no_type},
     };
-    for (const auto& [value, line, messages] : cases) {
-        SetValue(kKey, "v", value);
-        EXPECT_EQ(FormatValue(platform::kCurrentUser, kKey, "v", value.type), line);
-        EXPECT_EQ(Shown(boxes), messages) << line;
+    std::string lines;
+    Texts told;
+    for (const auto& [value, text, message] : values) {
+        const auto name = std::to_string(lines.size());
+        SetValue(kKey, name, value);
+        lines += (text.empty() ? "" : '"' + name + "\"=" + text) + "\r\n";
+        if (!message.empty()) told.push_back(message);
     }
-}
-
-TEST_F(DumpTest, HoldsTheDirectSubkeysOfTheThreeBranchesBehindTheirBanners) {
-    SetValue(kKey, "b", platform::DwordValue(1));
-    SetValue(kKey, "a", {RegistryType::None, ""});
-    SetValue(kKey, "c", platform::StringValue("x"));
     for (const auto* key : {"GPU\\Demo\\Deeper", "GPU", "NET\\No"}) {
         SetValue(kRoot + key, "no", platform::DwordValue(1));
     }
@@ -68,12 +65,11 @@ TEST_F(DumpTest, HoldsTheDirectSubkeysOfTheThreeBranchesBehindTheirBanners) {
 
     const auto rule = ";#" + std::string(59, '/') + "\r\n";
     EXPECT_EQ(ReadFile(dump_file), "REGEDIT4 \r\n" + rule + ";#//GPU plugins\r\n" + rule +
-                                       "\r\n[HKEY_CURRENT_USER\\" + kKey +
-                                       "]\r\n"
-                                       "\"b\"=dword:00000001\r\n\r\n\"c\"=\"x\"\r\n;#\r\n" +
-                                       rule + ";#//CDR plugins\r\n" + rule + ";#\r\n" + rule +
-                                       ";#//SPU plugins\r\n" + rule + "\r\n[HKEY_CURRENT_USER\\" +
-                                       kRoot + "SPU\\Empty]\r\n");
+                                       "\r\n[HKEY_CURRENT_USER\\" + kKey + "]\r\n" + lines +
+                                       ";#\r\n" + rule + ";#//CDR plugins\r\n" + rule + ";#\r\n" +
+                                       rule + ";#//SPU plugins\r\n" + rule +
+                                       "\r\n[HKEY_CURRENT_USER\\" + kRoot + "SPU\\Empty]\r\n");
+    EXPECT_EQ(Shown(boxes), told);
 }
 
 TEST_F(DumpTest, EveryFailureOfTheRegistryIsReportedAndTheDumpGoesOn) {
