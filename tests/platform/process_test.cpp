@@ -13,10 +13,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/environment.h"
 #include "platform/linux/descriptor.h"
 #include "support/forked_child.h"
-#include "support/temporary_folder.h"
+#include "support/home_test.h"
 #include "support/variables.h"
 
 namespace velto::platform {
@@ -58,25 +57,15 @@ TEST(SplitParametersTest, FollowsTheRulesOfCommandLinesAndGivesBackWhatWasQuoted
     }
 }
 
-class ProcessTest : public testing::Test {
+class ProcessTest : public test::HomeTest {
   protected:
-    std::string MakeFile(std::string_view name, std::string_view content, bool program = false) {
-        test::WriteFile(folder_ / name, content);
-        if (program) fs::permissions(folder_ / name, fs::perms::owner_all);
-        return folder_ / name;
-    }
-
     int Run(const ProcessRequest& request) {
-        return service_->Start(request).value()->Wait().value().code;
+        return processes.Start(request).value()->Wait().value().code;
     }
-
-    test::TemporaryFolder folder_;
-    Environment environment_;
-    std::unique_ptr<ProcessService> service_ = MakeProcessService(environment_);
 };
 
 TEST_F(ProcessTest, ChildGetsItsParametersAndNothingOfItsParentButTheOutputs) {
-    environment_.child_variables = {{"VELTO_HOME", "/the home"}};
+    environment.child_variables = {{"VELTO_HOME", "/the home"}};
     const test::Variables variables({{"VELTO_HOME", "relative"}, {"VELTO_OTHER", "kept"}});
     // No close-on-exec: what a careless library leaves open.
     const Descriptor leaked(open("/dev/zero", O_RDONLY));
@@ -92,20 +81,20 @@ TEST_F(ProcessTest, ChildGetsItsParametersAndNothingOfItsParentButTheOutputs) {
         "cut -d' ' -f6 /proc/$$/stat; cat; env | grep ^VELTO_;"
         "grep -E 'Sig(Blk|Ign)' /proc/$$/status) > report; true";
     const auto child =
-        service_->Start({.file = "/bin/sh",
+        processes.Start({.file = "/bin/sh",
                          .parameters = "-c " + QuoteParameter(script) + R"( sh "a b" "" c\"d)",
-                         .folder = folder_.path()});
+                         .folder = home_folder.path()});
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
     std::signal(SIGPIPE, old_pipe);
 
     ASSERT_TRUE(child.ok() && child.value()->Wait().value().success());
-    std::ifstream report(folder_ / "report");
+    std::ifstream report(home_folder / "report");
     Texts lines;
     for (std::string line; std::getline(report, line);) lines.push_back(line);
     EXPECT_THAT(
         lines, UnorderedElementsAre("/dev/null", fs::read_symlink("/proc/self/fd/1").string(),
                                     fs::read_symlink("/proc/self/fd/2").string(), "a b", "", "c\"d",
-                                    folder_.path(), std::to_string(child.value()->id()),
+                                    home_folder.path(), std::to_string(child.value()->id()),
                                     "VELTO_HOME=/the home", "VELTO_OTHER=kept",
                                     "SigBlk:\t0000000000000000", "SigIgn:\t0000000000000000"));
 }
@@ -116,7 +105,7 @@ TEST_F(ProcessTest, WaitTellsHowTheProgramEnded) {
     for (const auto& [script, normal, code] : cases) {
         SCOPED_TRACE(script);
         const auto parameters = "-c " + QuoteParameter(script);
-        const auto child = service_->Start({.file = "/bin/sh", .parameters = parameters}).value();
+        const auto child = processes.Start({.file = "/bin/sh", .parameters = parameters}).value();
         EXPECT_TRUE(child->EndsWithin(std::chrono::minutes(1)));
         const auto status = child->Wait().value();
         EXPECT_EQ(status.normal, normal);
@@ -126,7 +115,7 @@ TEST_F(ProcessTest, WaitTellsHowTheProgramEnded) {
         EXPECT_FALSE(child->Wait().ok());
     }
     // One that nobody waits for is collected later.
-    const auto stray = service_->Start({.file = "/bin/true"}).value()->id();
+    const auto stray = processes.Start({.file = "/bin/true"}).value()->id();
     siginfo_t ended{};
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(stray), &ended, WEXITED | WNOWAIT), 0);
     EXPECT_EQ(Run({.file = "/bin/true"}), 0);
@@ -134,36 +123,42 @@ TEST_F(ProcessTest, WaitTellsHowTheProgramEnded) {
 }
 
 TEST_F(ProcessTest, ProgramsOfOtherSystemsGoThroughTheRunner) {
-    environment_.runner =
-        MakeFile("runner", "#!/bin/sh\nprintf '%s\\n' \"$@\" > $0.report\n", true);
-    const auto game = MakeFile("a Game.EXE", "MZ\x90");
+    environment.runner = Script("runner", "printf '%s\\n' \"$@\" > $0.report");
+    const auto game = InHome("a Game.EXE");
+    test::WriteFile(game, "MZ\x90");
     EXPECT_EQ(Run({.file = game, .parameters = "-nogui \"x y\""}), 0);
-    EXPECT_EQ(test::ReadFile(environment_.runner + ".report"), game + "\n-nogui\nx y\n");
+    EXPECT_EQ(test::ReadFile(environment.runner + ".report"), game + "\n-nogui\nx y\n");
 
-    const auto native = MakeFile("native.exe", "#!/bin/sh\nexit 5\n", true);
+    const auto native = Script("native.exe", "exit 5");
     EXPECT_EQ(Run({.file = native}), 5) << "went through the runner";
 }
 
 TEST_F(ProcessTest, WhatCantBeStartedIsAFailureThatNamesIt) {
-    const auto plain = MakeFile("plain", "#!/bin/sh\n");
-    const auto missing = folder_ / "missing";
+    const auto plain = environment.RegistryFile();
+    const auto game = InHome("game.exe");
+    const auto text = Script("text", "");
+    const auto orphan = Script("orphan", "");
+    const auto missing = InHome("missing");
+    test::WriteFile(game, "MZ");
+    test::WriteFile(text, "exit 0\n");
+    test::WriteFile(orphan, "#!/no/interpreter\n");
     const std::pair<ProcessRequest, ErrorKind> cases[] = {
         {{.file = missing}, ErrorKind::NotFound},
         {{.file = plain + "/x"}, ErrorKind::NotFound},
         {{.file = "true"}, ErrorKind::NotFound},
-        {{.file = folder_.path()}, ErrorKind::Unsuitable},
+        {{.file = home_folder.path()}, ErrorKind::Unsuitable},
         {{.file = "/dev/null"}, ErrorKind::Unsuitable},
         {{.file = plain}, ErrorKind::Denied},
-        {{.file = MakeFile("text", "exit 0\n", true)}, ErrorKind::Unsuitable},
-        {{.file = MakeFile("orphan", "#!/no/interpreter\n", true)}, ErrorKind::NotFound},
-        {{.file = MakeFile("game.exe", "MZ")}, ErrorKind::Unsuitable},
+        {{.file = text}, ErrorKind::Unsuitable},
+        {{.file = orphan}, ErrorKind::NotFound},
+        {{.file = game}, ErrorKind::Unsuitable},
         {{.file = "/bin/true", .folder = missing}, ErrorKind::NotFound},
         {{.file = "/bin/true", .folder = plain}, ErrorKind::NotFound},
         {{.file = "/bin/true", .parameters = {'a', '\0'}}, ErrorKind::Malformed},
     };
     for (const auto& [request, kind] : cases) {
         SCOPED_TRACE(request.file + " in " + request.folder);
-        const auto child = service_->Start(request);
+        const auto child = processes.Start(request);
         ASSERT_FALSE(child.ok());
         EXPECT_EQ(child.error().kind, kind) << child.error().text;
         EXPECT_EQ(child.error().subject, request.folder.empty() ? request.file : request.folder);
@@ -178,7 +173,7 @@ TEST_F(ProcessTest, ProgramDiesWithAKilledParentOnlyIfAsked) {
     for (const bool tied : {true, false}) {
         SCOPED_TRACE(tied);
         ForkedChild parent([&](const auto& tell) {
-            const auto child = service_->Start(
+            const auto child = processes.Start(
                 {.file = "/bin/sleep", .parameters = "60", .ends_with_parent = tied});
             tell(child.value()->id());
             return pause();

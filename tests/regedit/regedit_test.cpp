@@ -6,11 +6,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "regedit/recorded_text.h"
 #include "support/failing_files.h"
 #include "support/failing_registry.h"
+#include "support/home_test.h"
+#include "support/recorder.h"
 #include "support/run_program.h"
-#include "support/temporary_folder.h"
 
 namespace velto::test {
 namespace {
@@ -20,36 +20,28 @@ using testing::Pair;
 
 using Arguments = std::vector<std::string>;
 
-class RegeditTest : public ::testing::Test {
+class RegeditTest : public HomeTest {
   protected:
-    std::unique_ptr<platform::RegistryStore> NewStore(const std::string& name) const {
-        auto made = platform::MakeSqliteRegistry(folder / name);
-        EXPECT_TRUE(made->OpenStore({}).ok());
-        return made;
-    }
     void Merge(std::string_view text) {
         WriteFile(file, text);
-        ASSERT_TRUE(regedit::MergeFile(*files, *store, file).ok());
+        ASSERT_TRUE(regedit::MergeFile(*files, *registry, file).ok());
+    }
+    std::string Content() {
+        Recorder recorder;
+        std::ignore = registry->Visit("HKEY_CURRENT_USER", recorder);
+        return recorder.text;
     }
     // The program's status, and what it says at both outputs.
     std::pair<int, std::string> Run(const Arguments& arguments) const {
         ProgramRun run{
-            {BinaryFolder() + "/velto-regedit"}, {{"VELTO_HOME", folder / "home"}}, folder.path()};
+            {environment.registry_editor}, {{"VELTO_HOME", InHome("home")}}, home_folder.path()};
         run.command.insert(run.command.end(), arguments.begin(), arguments.end());
         const auto result = RunProgram(run);
         EXPECT_EQ(result.out.empty(), arguments != Arguments{"--help"});
         return {result.status, result.out + result.err};
     }
-    std::string Content() {
-        Recorder recorder;
-        std::ignore = store->Visit("HKEY_CURRENT_USER", recorder);
-        return recorder.text;
-    }
 
-    TemporaryFolder folder;
-    std::string file = folder / "text.reg";
-    std::unique_ptr<platform::FileService> files = platform::MakeFileService();
-    std::unique_ptr<platform::RegistryStore> store = NewStore("registry.db");
+    const std::string file = InHome("text.reg");
 };
 
 TEST_F(RegeditTest, AMergeAddsAndOverwritesOrFailsAsAWholeAndRemovesNothing) {
@@ -65,11 +57,11 @@ TEST_F(RegeditTest, AMergeAddsAndOverwritesOrFailsAsAWholeAndRemovesNothing) {
     for (int step = 1; step <= kReads + kWrites; ++step) {
         FailingFiles failing_files(*files, step, FailingFiles::At::Fail);
         const int spared = step > kReads ? step - kReads - 1 : kWrites;
-        FailingRegistry failing_store(*store, RegistryCall::Step, "", spared);
+        FailingRegistry failing_store(*registry, RegistryCall::Step, "", spared);
         EXPECT_FALSE(regedit::MergeFile(failing_files, failing_store, file).ok()) << step;
         EXPECT_EQ(Content(), before) << step;
     }
-    EXPECT_EQ(regedit::MergeFile(*files, *store, file).value(), 0U);
+    EXPECT_EQ(regedit::MergeFile(*files, *registry, file).value(), 0U);
     EXPECT_EQ(Content(),
               "[HKEY_CURRENT_USER]\n[HKEY_CURRENT_USER\\A]\none=1:1%00\ntwo=4:%02%00%00%00\n"
               "four=1:4%00\n[HKEY_CURRENT_USER\\A\\Empty]\n[HKEY_CURRENT_USER\\B]\nthree=1:3%00\n");
@@ -85,10 +77,11 @@ TEST_F(RegeditTest, AnExportMovesAKeyWithAllBelowItToAnotherStore) {
         "\n[HKEY_CURRENT_USER\\Software\\MovedNot]\n"
         "[HKEY_CURRENT_USER\\Software\\Moved\\ a];b]\n\"d\"=dword:1a7\n\"e\"=hex(80000010):\n"
         "\"f\"=hex(4):1\n[HKEY_CURRENT_USER\\Software\\Moved\\ a];b\\None]\n");
-    const auto exported = folder / "exported.reg";
+    const auto exported = InHome("exported.reg");
     WriteFile(exported, std::string(5000, 'x'));
     ASSERT_TRUE(
-        regedit::ExportKey(*files, *store, exported, "hkey_current_user\\SOFTWARE\\moved\\").ok());
+        regedit::ExportKey(*files, *registry, exported, "hkey_current_user\\SOFTWARE\\moved\\")
+            .ok());
     const std::string text =
         "[HKEY_CURRENT_USER\\Software\\Moved]\r\n@=\"\"\r\n"
         "\"@\"=\"c:\\\\x\\\\\"\r\n\"\xE9 ;=\"=hex(1):61,0a\r\n"
@@ -100,7 +93,8 @@ TEST_F(RegeditTest, AnExportMovesAKeyWithAllBelowItToAnotherStore) {
         "[HKEY_CURRENT_USER\\Software\\Moved\\ a];b\\None]\r\n\r\n";
     EXPECT_EQ(ReadFile(exported), "REGEDIT4\r\n\r\n" + text);
 
-    const auto other = NewStore("other.db");
+    const auto other = platform::MakeSqliteRegistry(InHome("other.db"));
+    ASSERT_TRUE(other->OpenStore({}).ok());
     EXPECT_EQ(regedit::MergeFile(*files, *other, exported).value(), 0U);
     ASSERT_TRUE(regedit::ExportKey(*files, *other, file, "HKEY_CURRENT_USER\\Software").ok());
     EXPECT_EQ(ReadFile(file), "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software]\r\n\r\n" + text);
@@ -116,21 +110,21 @@ const std::string kText =
 TEST_F(RegeditTest, AsAProgramMergesAndExportsFilesOfTheCurrentFolder) {
     // Whatever stands behind the verb is a file's name.
     for (const std::string name : {"main.bak", "--help", "@plain"}) {
-        WriteFile(folder / name, kText);
+        WriteFile(InHome(name), kText);
         for (const auto* verb : {"/S", "/s"}) EXPECT_THAT(Run({verb, name}), Pair(0, ""));
-        WriteFile(folder / name, "");
+        WriteFile(InHome(name), "");
         EXPECT_THAT(Run({"/e", name, "HKEY_CURRENT_USER\\software\\A B\\"}), Pair(0, ""));
-        EXPECT_EQ(ReadFile(folder / name), kText) << name;
+        EXPECT_EQ(ReadFile(InHome(name)), kText) << name;
     }
-    WriteFile(folder / "bad.reg", kText + "what\n\"x\"=y\n\"e\"=\"f\"\n");
+    WriteFile(InHome("bad.reg"), kText + "what\n\"x\"=y\n\"e\"=\"f\"\n");
     EXPECT_THAT(Run({"/S", "bad.reg"}),
                 Pair(0, "Merged bad.reg; skipped 2 lines that couldn't be read\n"));
 }
 
 TEST_F(RegeditTest, AsAProgramTellsInOneLineWhyItFailedAndWhatItDoesWhenAsked) {
-    WriteFile(folder / "text.reg", kText);
-    WriteFile(folder / "unknown.reg", "REGEDIT5\r\n");
-    WriteFile(folder / "old.reg", "old");
+    WriteFile(InHome("text.reg"), kText);
+    WriteFile(InHome("unknown.reg"), "REGEDIT5\r\n");
+    WriteFile(InHome("old.reg"), "old");
     ASSERT_THAT(Run({"/S", "text.reg"}), Pair(0, ""));
     const std::pair<Arguments, const char*> samples[] = {
         {{"/X", "text.reg"}, "/X"},
@@ -148,9 +142,9 @@ TEST_F(RegeditTest, AsAProgramTellsInOneLineWhyItFailedAndWhatItDoesWhenAsked) {
     for (const auto& [arguments, message] : samples) {
         EXPECT_THAT(Run(arguments), Pair(1, IsOneLineWith(message)));
     }
-    EXPECT_EQ(ReadFile(folder / "old.reg"), "old");
+    EXPECT_EQ(ReadFile(InHome("old.reg")), "old");
 
-    const auto database = folder / "home/registry.db";
+    const auto database = InHome("home/registry.db");
     WriteFile(database, "no database, but something of the user's");
     EXPECT_THAT(Run({"/S", "text.reg"}),
                 Pair(1, IsOneLineWith("Unable to open the registry " + database + ": ")));

@@ -6,7 +6,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -26,8 +25,8 @@ class ForkedChild {
     using Work = std::function<int(const Tell&)>;
 
     explicit ForkedChild(const Work& work) {
-        std::array<int, 2> ends{};
-        if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe");
+        int ends[2];
+        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("pipe");
         told_ = platform::Descriptor(ends[0]);
         const platform::Descriptor childs_end(ends[1]);
         id_ = fork();

@@ -16,11 +16,9 @@ inline std::string Visible(std::string_view bytes) {
     std::string visible;
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
-        if (byte >= 0x20 && byte < 0x7F && c != '%') {
-            visible += c;
-        } else {
-            visible += {'%', kDigits[byte / 16U], kDigits[byte % 16U]};
-        }
+        const bool plain = byte >= 0x20 && byte < 0x7F && c != '%';
+        visible +=
+            plain ? std::string{c} : std::string{'%', kDigits[byte / 16U], kDigits[byte % 16U]};
     }
     return visible;
 }
