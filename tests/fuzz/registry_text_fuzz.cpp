@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "regedit/recorded_text.h"
 #include "regedit/text_parser.h"
 #include "regedit/text_writer.h"
+#include "support/recorded_registry.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using velto::test::Parse;

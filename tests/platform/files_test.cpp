@@ -161,7 +161,7 @@ TEST_F(ReplaceFileTest, ASweepLeavesTheTemporariesOfLivingProcessesAndTheUsersFi
                                            "velto-12-.new",
                                            "velto-.new",
                                            "velto-0-0.new",
-                                           "velto-999999999-0.new.dta"};
+                                           "velto-999999999-0.dta"};
     for (const auto& name : kept) WriteFile(InConfig(name), "");
     WriteFile(InConfig("velto-999999999-0.new"), "");
     platform::SweepTemporaries(*files, folder);

@@ -10,6 +10,7 @@
 
 #include "platform/registry.h"
 #include "support/forked_child.h"
+#include "support/recorded_registry.h"
 #include "support/temporary_folder.h"
 
 namespace velto::platform {
@@ -39,17 +40,12 @@ std::unique_ptr<RegistryStore> OpenStore(const std::string& file) {
 }
 
 std::int64_t ReadTogether(RegistryStore& store) {
-    struct Reader : RegistryVisitor {
-        Status OnKey(const std::string&) override { return {}; }
-        Status OnValue(const std::string&, const RegistryValue& value) override {
-            texts.push_back(value.data);
-            return {};
-        }
-        std::vector<std::string> texts;
-    } reader;
-    Require(store.Visit(kKey, reader));
-    Require(reader.texts == std::vector(3, reader.texts.at(0)), "half a write");
-    return std::stoll(reader.texts[0]);
+    test::Recorder shown;
+    Require(store.Visit(kKey, shown));
+    const auto number = std::stoll(shown.text.substr(shown.text.find(':') + 1));
+    const auto value = "=1:" + std::to_string(number) + "%00\n";
+    Require(shown.text.ends_with("]\na" + value + "b" + value + "c" + value), "half a write");
+    return number;
 }
 
 // One more: what was read isn't overwritten by others before it is written.

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
-#include "support/recorder.h"
+#include "support/recorded_registry.h"
 #include "support/temporary_folder.h"
 
 namespace velto::platform {

@@ -9,7 +9,7 @@
 #include "support/failing_files.h"
 #include "support/failing_registry.h"
 #include "support/home_test.h"
-#include "support/recorder.h"
+#include "support/recorded_registry.h"
 #include "support/run_program.h"
 
 namespace velto::test {
@@ -22,10 +22,6 @@ using Arguments = std::vector<std::string>;
 
 class RegeditTest : public HomeTest {
   protected:
-    void Merge(std::string_view text) {
-        WriteFile(file, text);
-        ASSERT_TRUE(regedit::MergeFile(*files, *registry, file).ok());
-    }
     std::string Content() {
         Recorder recorder;
         std::ignore = registry->Visit("HKEY_CURRENT_USER", recorder);
@@ -45,9 +41,10 @@ class RegeditTest : public HomeTest {
 };
 
 TEST_F(RegeditTest, AMergeAddsAndOverwritesOrFailsAsAWholeAndRemovesNothing) {
-    Merge(
-        "REGEDIT4\n[HKEY_CURRENT_USER\\A]\n\"one\"=\"1\"\n\"two\"=\"2\"\n"
-        "[HKEY_CURRENT_USER\\B]\n\"three\"=\"3\"\n");
+    WriteFile(file,
+              "REGEDIT4\n[HKEY_CURRENT_USER\\A]\n\"one\"=\"1\"\n\"two\"=\"2\"\n"
+              "[HKEY_CURRENT_USER\\B]\n\"three\"=\"3\"\n");
+    ASSERT_TRUE(regedit::MergeFile(*files, *registry, file).ok());
     const auto before = Content();
     WriteFile(file,
               "REGEDIT4\n[hkey_current_user\\a]\n\"TWO\"=dword:2\n\"four\"=\"4\"\n\"one\"=-\n"
@@ -68,20 +65,7 @@ TEST_F(RegeditTest, AMergeAddsAndOverwritesOrFailsAsAWholeAndRemovesNothing) {
 }
 
 TEST_F(RegeditTest, AnExportMovesAKeyWithAllBelowItToAnotherStore) {
-    std::string fifty_bytes = "a";
-    for (int i = 1; i < 50; ++i) fifty_bytes += ",a";
-    Merge(
-        "REGEDIT4\n[HKEY_CURRENT_USER\\Software\\Moved]\n@=\"\"\n\"@\"=\"c:\\\\x\\\\\"\n"
-        "\"\xE9 ;=\"=hex(1):61,0a\n\"b\"=hex:" +
-        fifty_bytes +
-        "\n[HKEY_CURRENT_USER\\Software\\MovedNot]\n"
-        "[HKEY_CURRENT_USER\\Software\\Moved\\ a];b]\n\"d\"=dword:1a7\n\"e\"=hex(80000010):\n"
-        "\"f\"=hex(4):1\n[HKEY_CURRENT_USER\\Software\\Moved\\ a];b\\None]\n");
-    const auto exported = InHome("exported.reg");
-    WriteFile(exported, std::string(5000, 'x'));
-    ASSERT_TRUE(
-        regedit::ExportKey(*files, *registry, exported, "hkey_current_user\\SOFTWARE\\moved\\")
-            .ok());
+    const std::string head = "REGEDIT4\r\n\r\n";
     const std::string text =
         "[HKEY_CURRENT_USER\\Software\\Moved]\r\n@=\"\"\r\n"
         "\"@\"=\"c:\\\\x\\\\\"\r\n\"\xE9 ;=\"=hex(1):61,0a\r\n"
@@ -91,13 +75,17 @@ TEST_F(RegeditTest, AnExportMovesAKeyWithAllBelowItToAnotherStore) {
         "[HKEY_CURRENT_USER\\Software\\Moved\\ a];b]\r\n\"d\"=dword:000001a7\r\n"
         "\"e\"=hex(80000010):\r\n\"f\"=hex(4):01\r\n\r\n"
         "[HKEY_CURRENT_USER\\Software\\Moved\\ a];b\\None]\r\n\r\n";
-    EXPECT_EQ(ReadFile(exported), "REGEDIT4\r\n\r\n" + text);
+    WriteFile(file, head + "[HKEY_CURRENT_USER\\Software\\MovedNot]\r\n" + text);
+    ASSERT_EQ(regedit::MergeFile(*files, *registry, file).value(), 0U);
+    const auto* const key = "hkey_current_user\\SOFTWARE\\moved\\";
+    ASSERT_TRUE(regedit::ExportKey(*files, *registry, file, key).ok());
+    EXPECT_EQ(ReadFile(file), head + text);
 
     const auto other = platform::MakeSqliteRegistry(InHome("other.db"));
     ASSERT_TRUE(other->OpenStore({}).ok());
-    EXPECT_EQ(regedit::MergeFile(*files, *other, exported).value(), 0U);
+    EXPECT_EQ(regedit::MergeFile(*files, *other, file).value(), 0U);
     ASSERT_TRUE(regedit::ExportKey(*files, *other, file, "HKEY_CURRENT_USER\\Software").ok());
-    EXPECT_EQ(ReadFile(file), "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\Software]\r\n\r\n" + text);
+    EXPECT_EQ(ReadFile(file), head + "[HKEY_CURRENT_USER\\Software]\r\n\r\n" + text);
 }
 
 MATCHER_P(IsOneLineWith, text, "") {

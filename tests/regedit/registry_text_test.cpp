@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "regedit/recorded_text.h"
 #include "regedit/text_lines.h"
 #include "regedit/value_text.h"
+#include "support/recorded_registry.h"
 
 namespace velto::test {
 namespace {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/registry.h"
-#include "support/wrapped.h"
+#include "support/failing_files.h"
 
 namespace velto::test {
 

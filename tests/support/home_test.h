@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -16,30 +15,11 @@
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/host.h"
-#include "platform/process.h"
 #include "platform/registry.h"
-#include "support/scripted_boxes.h"
-#include "support/scripted_waiting.h"
+#include "support/scripted_services.h"
 #include "support/temporary_folder.h"
 
 namespace velto::test {
-
-// Starts real programs and remembers what it was asked for.
-class RecordingProcesses : public platform::ProcessService {
-  public:
-    explicit RecordingProcesses(const platform::Environment& environment)
-        : real_(platform::MakeProcessService(environment)) {}
-    platform::Result<std::unique_ptr<platform::ChildProcess>> Start(
-        const platform::ProcessRequest& request) override {
-        requests.push_back(request);
-        return real_->Start(request);
-    }
-
-    std::vector<platform::ProcessRequest> requests;
-
-  private:
-    std::unique_ptr<platform::ProcessService> real_;
-};
 
 class HomeTest : public ::testing::Test {
   protected:

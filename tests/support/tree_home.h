@@ -2,7 +2,6 @@
 // in it, b with two and three, an empty group c, and the configuration top outside of all.
 #pragma once
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -93,11 +92,11 @@ class TreeHomeOf : public HomeTest {
         const auto slash = text.find('/');
         const auto* node = tree.nodes().Find(text.substr(0, slash), NodeKind::Configuration);
         if (node == nullptr) node = tree.nodes().Find(text, NodeKind::Group);
-        if (slash == std::string::npos) return {node};
-        const auto page = std::find_if(std::begin(kPages), std::end(kPages), [&](const auto& row) {
-            return row.text == text.substr(slash + 1);
-        });
-        return {node, page};
+        for (const auto& row : kPages) {
+            if (slash != std::string::npos && row.text == text.substr(slash + 1))
+                return {node, &row};
+        }
+        return {node};
     }
     const TreeNode& Node(const std::string& text) { return *Item(text).node; }
     std::string Selected() {
