@@ -40,14 +40,10 @@ std::string DataOf(RegistryStore& store, std::string_view path, std::string_view
     return value.ok() ? value.value().data : "no value";
 }
 
-Status Open(RegistryStore& store, const std::string& first_value) {
-    const RegistryWrite first[] = {{"First", "", Binary(first_value)}};
-    return store.OpenStore(first);
-}
-
 std::unique_ptr<RegistryStore> Opened(const std::string& file, const std::string& first_value) {
     auto store = MakeSqliteRegistry(file);
-    EXPECT_TRUE(Open(*store, first_value).ok());
+    const RegistryWrite first[] = {{"First", "", Binary(first_value)}};
+    EXPECT_TRUE(store->OpenStore(first).ok());
     return store;
 }
 
@@ -228,7 +224,7 @@ TEST_F(RegistryTest, RefusesWhatIsNoRegistryAndLeavesItAsItIs) {
         test::WriteFile(file, bytes);
         if (has_log) test::WriteFile(file + "-wal", "not ours to tidy up");
         const auto store = MakeSqliteRegistry(file);
-        const auto opened = Open(*store, "1");
+        const auto opened = store->OpenStore({});
         EXPECT_EQ(KindOf(opened), kind);
         EXPECT_EQ(opened.error().subject, file);
         EXPECT_FALSE(store->OpenKey("First").ok() || store->Begin().ok());
@@ -236,9 +232,9 @@ TEST_F(RegistryTest, RefusesWhatIsNoRegistryAndLeavesItAsItIs) {
         EXPECT_EQ(MakeFileService()->List(folder.path()).value().size(), has_log ? 2 : 1);
     }
     for (const auto& file : {folder_.path(), "/dev/null"s}) {
-        EXPECT_EQ(KindOf(Open(*MakeSqliteRegistry(file), "1")), ErrorKind::Unsuitable) << file;
+        EXPECT_EQ(KindOf(MakeSqliteRegistry(file)->OpenStore({})), ErrorKind::Unsuitable) << file;
     }
-    EXPECT_FALSE(Open(*MakeSqliteRegistry(file_ + "/below-a-file"), "1").ok());
+    EXPECT_FALSE(MakeSqliteRegistry(file_ + "/below-a-file")->OpenStore({}).ok());
 
     // But one whose maker was stopped in front of its log is finished.
     test::WriteFile(file_, with(kFormatVersions, "\1\1"));
