@@ -12,10 +12,9 @@
 
 #include "platform/instance.h"
 #include "store/velto_settings.h"
-#include "support/config_text.h"
+#include "support/documents.h"
 #include "support/home_test.h"
 #include "support/run_program.h"
-#include "support/variables.h"
 
 namespace velto::test {
 namespace {

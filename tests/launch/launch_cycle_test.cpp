@@ -11,7 +11,6 @@
 #include "platform/libraries.h"
 #include "regedit/regedit.h"
 #include "store/document_test.h"
-#include "support/config_text.h"
 #include "support/run_program.h"
 
 namespace velto::test {

@@ -9,7 +9,7 @@
 #include "launch/direct_run.h"
 #include "launch/emulator_values.h"
 #include "store/new_config_file.h"
-#include "support/config_text.h"
+#include "support/documents.h"
 #include "support/home_test.h"
 
 namespace velto::test {

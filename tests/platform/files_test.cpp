@@ -10,7 +10,6 @@
 #include "platform/replace_file.h"
 #include "platform/stored_path.h"
 #include "support/home_test.h"
-#include "support/variables.h"
 
 namespace velto::test {
 namespace {

@@ -11,7 +11,7 @@
 #include "platform/registry.h"
 #include "support/forked_child.h"
 #include "support/recorded_registry.h"
-#include "support/temporary_folder.h"
+#include "support/surroundings.h"
 
 namespace velto::platform {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "platform/files.h"
 #include "support/recorded_registry.h"
-#include "support/temporary_folder.h"
+#include "support/surroundings.h"
 
 namespace velto::platform {
 namespace {

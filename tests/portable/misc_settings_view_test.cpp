@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/fake_editor.h"
+#include "support/documents.h"
 #include "support/home_test.h"
 #include "support/windows.h"
 

@@ -14,7 +14,7 @@
 #include "shell/main_frame_window.h"
 #include "shell/paths_dialog.h"
 #include "shell/tree/new_node_dialog.h"
-#include "support/config_text.h"
+#include "support/documents.h"
 #include "support/home_test.h"
 #include "support/windows.h"
 

@@ -10,10 +10,9 @@
 #include "platform/instance.h"
 #include "shell/frame_dialog.h"
 #include "shell/tree/new_node_dialog.h"
-#include "support/config_text.h"
+#include "support/documents.h"
 #include "support/failing_files.h"
 #include "support/home_test.h"
-#include "support/variables.h"
 #include "support/windows.h"
 #include "widgets/wait_presenter.h"
 

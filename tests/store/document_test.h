@@ -5,7 +5,7 @@
 
 #include "shell/app_startup.h"
 #include "store/velto_doc.h"
-#include "support/fake_editor.h"
+#include "support/documents.h"
 #include "support/home_test.h"
 
 namespace velto::test {

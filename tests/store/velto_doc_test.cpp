@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include "store/document_test.h"
-#include "support/config_text.h"
 #include "support/failing_files.h"
 #include "support/forked_child.h"
 

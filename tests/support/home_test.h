@@ -17,7 +17,7 @@
 #include "platform/host.h"
 #include "platform/registry.h"
 #include "support/scripted_services.h"
-#include "support/temporary_folder.h"
+#include "support/surroundings.h"
 
 namespace velto::test {
 

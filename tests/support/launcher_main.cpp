@@ -1,6 +1,6 @@
 // The editor's launch without its windows: `launcher <name>` launches that configuration of the
 // home in VELTO_HOME and ends when the registry has been given back.
-#include "fake_editor.h"
+#include "documents.h"
 #include "launch/launch_cycle.h"
 #include "platform/real_host.h"
 

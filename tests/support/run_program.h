@@ -10,8 +10,7 @@
 
 #include "platform/environment.h"
 #include "platform/process.h"
-#include "support/temporary_folder.h"
-#include "support/variables.h"
+#include "support/surroundings.h"
 
 namespace velto::test {
 

@@ -9,9 +9,8 @@
 
 #include "shell/panes/panes.h"
 #include "shell/tree/epsxe_tree.h"
-#include "support/config_text.h"
+#include "support/documents.h"
 #include "support/failing_files.h"
-#include "support/fake_editor.h"
 #include "support/home_test.h"
 
 namespace velto::test {

@@ -1,4 +1,4 @@
-// A folder of a test's own, gone with it.
+// What surrounds a test and is gone with it: a folder of its own, environment variables.
 #pragma once
 
 #include <cstdlib>
@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace velto::test {
 
@@ -54,5 +56,33 @@ inline bool Exists(const std::string& path) {
 inline std::string BinaryFolder() {
     return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
 }
+
+// Environment variables, each named once, that have other values for the life of this, then their
+// former ones.
+class Variables {
+  public:
+    using List = std::vector<std::pair<std::string, std::string>>;
+
+    // Each name with its value; an empty one unsets.
+    explicit Variables(const List& list) {
+        for (const auto& [name, value] : list) {
+            const char* const before = std::getenv(name.c_str());
+            before_.emplace_back(name, before == nullptr ? "" : before);
+            Set(name, value);
+        }
+    }
+    ~Variables() {
+        for (const auto& [name, value] : before_) Set(name, value);
+    }
+    Variables(const Variables&) = delete;
+    Variables& operator=(const Variables&) = delete;
+
+  private:
+    static void Set(const std::string& name, const std::string& value) {
+        value.empty() ? unsetenv(name.c_str()) : setenv(name.c_str(), value.c_str(), 1);
+    }
+
+    List before_;
+};
 
 }  // namespace velto::test
