@@ -56,13 +56,11 @@ class DirectRunTest : public HomeTest {
 
     // The whole program.
     ProgramRun Velto(const Arguments& arguments) const {
-        ProgramRun run{{BinaryFolder() + "/velto"},
-                       {{"XDG_RUNTIME_DIR", runtime.path()},
-                        {"QT_QPA_PLATFORM", ""},
-                        {"DISPLAY", ""},
-                        {"WAYLAND_DISPLAY", ""},
-                        {"VELTO_HOME", home_folder.path()}},
-                       "/"};
+        ProgramRun run{{BinaryFolder() + "/velto"}, {{"XDG_RUNTIME_DIR", runtime.path()}}, "/"};
+        for (const auto* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) {
+            run.variables.emplace_back(name, "");
+        }
+        run.variables.emplace_back("VELTO_HOME", home_folder.path());
         run.command.insert(run.command.end(), arguments.begin(), arguments.end());
         return run;
     }

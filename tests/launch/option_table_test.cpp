@@ -75,10 +75,10 @@ const Fact kFacts[] = {
     {"keys3", "3" + kZeros, kZeros, "Keys3", "", "", kCurrent},
     {"keys4", "4" + kZeros, kZeros, "Keys4", "", "", kCurrent},
     {"multiTap", "true", "false", "Multitap1", "1", "0", kCurrent},
+    {"imageFileName", "i.bin", "NULL", "autorun", "", "", kImage},  // the image plug-in's
     // Not the emulator's.
     {"fileGroup", "A Group", "My Epsxe"},
     {"enableSound", "false", "true"},
-    {"imageFileName", "i.bin", "NULL", "", "", "", kImage},
     {"commandLine", "-x", "NULL"},
     {"autoplay", "true", "false"},
     {"psxIdExt", "SLUS_2", "NULL", "", "", "", kPads},
@@ -110,16 +110,13 @@ Texts Lines(const std::vector<platform::RegistryWrite>& values) {
 template <class TextOf>
 Texts Expected(TextOf text_of) {
     Texts lines;
-    std::string image;
     for (const auto& fact : kFacts) {
         const std::string text = text_of(fact);
         const auto& given = text == fact.text       ? fact.given
                             : text == fact.standard ? fact.given_standard
                                                     : text;
-        if (fact.key == "imageFileName") image = text;
         if (!fact.value.empty()) lines.push_back(fact.value + "=" + (given.empty() ? text : given));
     }
-    lines.push_back("autorun=" + image);
     return lines;
 }
 
@@ -212,7 +209,7 @@ TEST_F(NewFile, HasTheStandardsAndTheEmulatorsPads) {
     ApplyToRegistry(record);
     const auto file = NewConfigFile("A Group");
     for (const auto& fact : kFacts) {
-        const bool pads = fact.since != kFirst && !fact.value.empty();
+        const bool pads = (fact.since == kPads || fact.since == kCurrent) && !fact.value.empty();
         EXPECT_EQ(file.ReadEntry(fact.key),
                   pads || fact.key == "fileGroup" ? fact.text : fact.standard);
     }
