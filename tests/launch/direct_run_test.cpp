@@ -91,19 +91,16 @@ TEST_F(DirectRunTest, ShowsTheEmulatorIfItsLogWindowIsOffOrTellsWhereItLookedFor
     }
 }
 
-TEST_F(DirectRunTest, AFileThatIsNotThereInThisSpellingChangesNothing) {
-    WriteConfig("Game");
+TEST_F(DirectRunTest, ARefusalComesBeforeTheMergeIfThereIsNoFileElseBehindIt) {
     WriteConfig("../outside");
     ExpectRefused(
-        "game", "File not found: game.dta does not exist. Remember that names are case sensitive.");
+        "a game",
+        "File not found: a game.dta does not exist. Remember that names are case sensitive.");
     for (const std::string& name : {"Gam"s, ""s, "../outside"s, "*"s, InHome("outside")}) {
         ExpectRefused(name, "File not found: " + name + ".dta does not exist");
     }
     EXPECT_TRUE(processes.requests.empty());
-    EXPECT_FALSE(IsMerged());
-}
 
-TEST_F(DirectRunTest, APortableOrCorruptedFileIsRefusedBehindTheMerge) {
     WriteConfig("portable", {"magicCFG = true"}, {Key::bios});
     EXPECT_FALSE(RunDirect("portable"));
     EXPECT_EQ(boxes.shown.at(0).icon, platform::BoxIcon::None);

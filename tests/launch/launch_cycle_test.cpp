@@ -149,7 +149,7 @@ TEST_F(LaunchTest, TheStepsComeInTheirOrder) {
                             " /S \"Game.dta\"", " -nogui -x -loadbin \"C:\\a b.iso\"",
                             " /S \"main.bak\"", " /S \"plugins.bak\""));
     EXPECT_EQ(processes.requests[3].folder, home_folder.path());
-    EXPECT_FALSE(processes.requests[3].ends_with_parent);
+    EXPECT_TRUE(processes.requests[2].ends_with_parent && !processes.requests[3].ends_with_parent);
     EXPECT_THAT(ReadFile(InHome("saved")), testing::HasSubstr("\"v\"=\"the user's\""));
     EXPECT_EQ(document.gpuFileName, "GPU.SO");
     EXPECT_TRUE(document.dirty);

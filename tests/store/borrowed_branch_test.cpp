@@ -110,6 +110,7 @@ TEST_F(BorrowedBranchTest, NothingIsBorrowedWithoutBackupsAndNoneThatIsNeededIsL
 TEST_F(BorrowedBranchTest, OneAtATimeHasARegistryOrAFolder) {
     std::filesystem::create_directories(InHome("other/config"));
     EXPECT_TRUE(ForRun()) << "there is nothing to save yet";
+    EXPECT_TRUE(BorrowedBranch::ForPlugins(folder));
     auto run = ForRun();
     ASSERT_TRUE(run);
     EXPECT_THAT(Files(), testing::UnorderedElementsAre("main.bak", "plugins.bak"));

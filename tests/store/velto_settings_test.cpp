@@ -14,9 +14,6 @@ using platform::RegistryType;
 
 class SettingsTest : public HomeTest {
   protected:
-    void Set(std::string_view name, const platform::RegistryValue& value) {
-        SetValue(kSettingsKey, name, value);
-    }
     CVeltoSettings settings;
 };
 
@@ -31,14 +28,14 @@ TEST_F(SettingsTest, AValueOfAnotherTypeOrLengthReadsAsTheDefault) {
         {{RegistryType::ExpandString, "C:\\x\0"s}, ""},
     };
     for (const auto& [value, text] : cases) {
-        Set("epsxe", value);
+        SetValue(kSettingsKey, "epsxe", value);
         EXPECT_EQ(settings.GetEmulatorPath(), text);
     }
-    Set("nogui", platform::StringValue("0"));
+    SetValue(kSettingsKey, "nogui", platform::StringValue("0"));
     EXPECT_TRUE(settings.IsGuiBypassed());
-    Set("showOnLoad", {RegistryType::Dword, "\0\0"s});
+    SetValue(kSettingsKey, "showOnLoad", {RegistryType::Dword, "\0\0"s});
     EXPECT_TRUE(settings.IsShownOnLoad());
-    Set("AUTOPLAY DEFAULT", platform::DwordValue(7));
+    SetValue(kSettingsKey, "AUTOPLAY DEFAULT", platform::DwordValue(7));
     EXPECT_EQ(settings.GetAutoplayDefault(), 7U) << "names ignore case";
     settings.SetLogWindow(false);
     EXPECT_EQ(StringOf(kEmulatorConfigKey, "Logswindow"), "0");
@@ -47,8 +44,8 @@ TEST_F(SettingsTest, AValueOfAnotherTypeOrLengthReadsAsTheDefault) {
 }
 
 TEST_F(SettingsTest, GroupsAreRemovedByNameAndParentTogether) {
-    Set("groups", platform::StringValue("a;;b;c;b;b;"));
-    Set("parents", platform::StringValue("My Epsxe;a;a;My Epsxe;a;"));
+    SetValue(kSettingsKey, "groups", platform::StringValue("a;;b;c;b;b;"));
+    SetValue(kSettingsKey, "parents", platform::StringValue("My Epsxe;a;a;My Epsxe;a;"));
     settings.RemoveGroup("b", "x");
     settings.RemoveGroup("b", "a");
     EXPECT_EQ(StringOf(kSettingsKey, "groups"), "a;c;b;");
@@ -62,7 +59,7 @@ TEST_F(SettingsTest, AListThatNoReadCouldTakeIsNeitherWrittenNorWrittenOver) {
     EXPECT_THAT(settings.GetParents(), testing::ElementsAre("p"));
     for (const std::string lost : {"groups", "parents"}) {
         settings.SetGroups({"a"}, {"My Epsxe"});
-        Set(lost, platform::StringValue(std::string(1'000'000, 'x')));
+        SetValue(kSettingsKey, lost, platform::StringValue(std::string(1'000'000, 'x')));
         settings.AddGroup("b", "a");
         settings.RemoveGroup("a", "My Epsxe");
         EXPECT_EQ(StringOf(kSettingsKey, lost)->size(), 1'000'000U);
@@ -74,7 +71,7 @@ TEST_F(SettingsTest, AnEmptyExclusionListIsOneAndOneThatCannotBeReadToo) {
     EXPECT_FALSE(settings.HasExclusionList());
     settings.SetExclusionList({});
     EXPECT_TRUE(settings.HasExclusionList());
-    Set("excluded", platform::DwordValue(1));
+    SetValue(kSettingsKey, "excluded", platform::DwordValue(1));
     EXPECT_FALSE(settings.HasExclusionList());
     FailingRegistry failing(*registry, RegistryCall::Query, std::string(kSettingsKey), 0);
     const auto failed = With(failing);
