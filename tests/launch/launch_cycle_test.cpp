@@ -17,7 +17,6 @@ namespace velto::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 const std::string kUser = "HKEY_CURRENT_USER\\";
 const std::string kDemoKey = "Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo";
@@ -29,19 +28,15 @@ class LaunchTest : public DocumentTest {
     LaunchTest() {
         CVeltoSettings().SetEmulatorPath(BinaryFolder() + "/demo-emulator");
         SetValue(kDemoKey, "v", platform::StringValue("the user's"));
-        SetValue(kEmulatorConfigKey, "Country", platform::StringValue("the user's"));
     }
     void Configure(const std::vector<std::string>& options) {
         WriteConfig("Game", ConfigText("1.67.160", options, {},
                                        "[" + kUser + kDemoKey + "]\r\n\"v\"=\"borrowed\"\r\n[" +
                                            kUser + kImageKey + "]\r\n\"autorun\"=\"old\"\r\n"));
-        editor.SelectByName("Game", NodeKind::Configuration);
         ASSERT_FALSE(document.LoadConfig("Game"));
     }
-    bool Run() { return launch.OnRun(document, editor.GetSelectedConfigFile(), catalogue); }
-    bool HasBackups() const {
-        return Exists(InConfig("main.bak")) || Exists(InConfig("plugins.bak"));
-    }
+    bool Run() { return launch.OnRun(document, "Game.dta", catalogue); }
+    std::vector<std::string> Files() { return files->List(environment.ConfigFolder()).value(); }
     // Of every type, with bytes that have no plain form.
     void SetOddValues() {
         for (const std::string key : {"Vision Thing\\Other", "epsxe", "epsxe\\config"}) {
@@ -75,10 +70,10 @@ TEST_F(LaunchTest, TheRegistryComesBackWithItsTypesAndBytes) {
         ASSERT_TRUE(Run());
         launch.Wait();
         ASSERT_EQ(Branch("Software"), before);
-        EXPECT_FALSE(HasBackups());
+        EXPECT_THAT(Files(), ElementsAre("Game.dta"));
     }
     EXPECT_EQ(ended, 101);
-    EXPECT_THAT(boxes.shown, IsEmpty());
+    EXPECT_THAT(boxes.shown, testing::IsEmpty());
 }
 
 TEST_F(LaunchTest, AKillAtAnyMomentLeavesWhatTheNextStartPutsRight) {
@@ -89,22 +84,22 @@ TEST_F(LaunchTest, AKillAtAnyMomentLeavesWhatTheNextStartPutsRight) {
     Start();
     const auto plugins = Branch("Software\\Vision Thing");
     const auto config = Config("Game");
-    const ProgramRun run{
-        {BinaryFolder() + "/launcher", "Game"}, {{"VELTO_HOME", home_folder.path()}}, "/"};
     int cut_off = 0;
     for (int i = 0; i < 30; ++i) {
         {
-            const RunningProgram killed(run);
+            const RunningProgram killed({{BinaryFolder() + "/launcher", "Game"},
+                                         {{"VELTO_HOME", home_folder.path()}},
+                                         "/"});
             std::this_thread::sleep_for(std::chrono::milliseconds(30 * i));
         }
         // The emulator, a child of this process now, goes on and ends.
         while (waitpid(-1, nullptr, 0) > 0) {
         }
-        cut_off += HasBackups() ? 1 : 0;
+        cut_off += Exists(InConfig("plugins.bak")) ? 1 : 0;
         Start();
         EXPECT_EQ(Branch("Software\\Vision Thing"), plugins);
         EXPECT_EQ(Config("Game"), config);
-        EXPECT_FALSE(HasBackups());
+        EXPECT_THAT(Files(), ElementsAre("Game.dta"));
     }
     EXPECT_GT(cut_off, 0) << "or no kill came during a run";
     ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 0), 0);
@@ -125,7 +120,7 @@ TEST_F(LaunchTest, TheStepsComeInTheirOrder) {
     document.region = "PAL";
     document.dirty = true;
     EXPECT_FALSE(Run()) << "answered No";
-    EXPECT_THAT(processes.requests, IsEmpty());
+    EXPECT_THAT(processes.requests, testing::IsEmpty());
     boxes.answers = {platform::BoxAnswer::Yes, platform::BoxAnswer::Yes};
     ASSERT_TRUE(Run());
     EXPECT_FALSE(Run()) << "it runs";
@@ -154,7 +149,6 @@ TEST_F(LaunchTest, TheStepsComeInTheirOrder) {
     EXPECT_EQ(document.gpuFileName, "GPU.SO");
     EXPECT_TRUE(document.dirty);
     EXPECT_EQ(StringOf(kDemoKey, "v"), "the user's");
-    EXPECT_EQ(StringOf(kEmulatorConfigKey, "Country"), "the user's");
 }
 
 TEST_F(LaunchTest, WhatCannotBeStartedIsToldAndTheRestIsDone) {

@@ -17,7 +17,6 @@ namespace velto::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class PluginTest : public HomeTest {
   protected:
@@ -40,8 +39,7 @@ class PluginTest : public HomeTest {
     CPlugin Loaded(const std::string& library) {
         Install(library, library + ".dll");
         CPlugin plugin;
-        EXPECT_TRUE(plugin.Load(library + ".dll", plugin_folder));
-        EXPECT_TRUE(plugin.Identify());
+        EXPECT_TRUE(plugin.Load(library + ".dll", plugin_folder) && plugin.Identify());
         return plugin;
     }
 
@@ -107,22 +105,21 @@ TEST_F(PluginTest, AScanKeepsWhatAnswersAndLogsTheRest) {
     CVeltoSettings().SetEmulatorPath("");
     WriteFile(InConfig("a.dll"), "never the configuration folder");
     EXPECT_THAT(Scan(), ElementsAre("No plugins files (*.dll) found"));
-    EXPECT_THAT(catalogue.plugins(), IsEmpty());
+    EXPECT_THAT(catalogue.plugins(), testing::IsEmpty());
 }
 
 TEST(LibraryMessage, IsReadAsItWasWrittenOrNotAtAll) {
-    using platform::DecodeLibraryMessage;
     const platform::LibraryMessage message{
         platform::LibraryMessageKind::Call, {1, UINT64_MAX}, {"", "t"}};
     const auto bytes = platform::EncodeLibraryMessage(message).value();
-    EXPECT_EQ(DecodeLibraryMessage(bytes), message);
+    EXPECT_EQ(platform::DecodeLibraryMessage(bytes), message);
     for (std::size_t size = 0; size < bytes.size(); ++size) {
-        EXPECT_FALSE(DecodeLibraryMessage(bytes.substr(0, size))) << size;
+        EXPECT_FALSE(platform::DecodeLibraryMessage(bytes.substr(0, size))) << size;
     }
     constexpr char kMany = platform::kMostNumbers + 1;
     for (const auto& bad : {bytes + 'x', '\0' + bytes.substr(1), '\6' + bytes.substr(1),
                             std::string{2, kMany} + std::string(8 * kMany + 1U, '\0')}) {
-        EXPECT_FALSE(DecodeLibraryMessage(bad));
+        EXPECT_FALSE(platform::DecodeLibraryMessage(bad));
     }
 }
 
@@ -147,7 +144,7 @@ TEST_F(PluginTest, ItsOwnVerbsRunInThePluginFolderAndACrashEndsThatLibraryAlone)
     plugin.About();
     plugin.Test();
     other.Test();  // which it doesn't have
-    EXPECT_THAT(boxes.shown, IsEmpty());
+    EXPECT_THAT(boxes.shown, testing::IsEmpty());
     EXPECT_TRUE(plugin.Unload());
     EXPECT_EQ(plugin.GetName(), "Test GPU Version 3.5");
     EXPECT_TRUE(plugin.Configure()) << "silent without a library";

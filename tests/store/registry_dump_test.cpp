@@ -82,7 +82,6 @@ TEST_F(DumpTest, EveryFailureOfTheRegistryIsReportedAndTheDumpGoesOn) {
     const auto not_closed = kTavo + "Branch not closed";
     const auto no_end = kTavo + "Error Closing subkey";
     const std::tuple<RegistryCall, std::string, int, Texts> cases[] = {
-        {None, "", 0, {}},
         {OpenKey, "GPU\\", 0, {}},
         {EnumerateSubkey, "GPU\\", 0, {kTavo + "error obtaining subkey names"}},
         {Close, "GPU\\", 0, {kTavo + "error closing parent key"}},

@@ -43,16 +43,15 @@ TEST_F(SettingsTest, AValueOfAnotherTypeOrLengthReadsAsTheDefault) {
     EXPECT_TRUE(settings.IsLogWindowOn()) << "only the text 0 hides it";
 }
 
-TEST_F(SettingsTest, GroupsAreRemovedByNameAndParentTogether) {
+TEST_F(SettingsTest, ListsOfGroupsLoseNothingButWhatIsRemovedByNameAndParent) {
     SetValue(kSettingsKey, "groups", platform::StringValue("a;;b;c;b;b;"));
     SetValue(kSettingsKey, "parents", platform::StringValue("My Epsxe;a;a;My Epsxe;a;"));
     settings.RemoveGroup("b", "x");
     settings.RemoveGroup("b", "a");
     EXPECT_EQ(StringOf(kSettingsKey, "groups"), "a;c;b;");
     EXPECT_EQ(StringOf(kSettingsKey, "parents"), "My Epsxe;a;My Epsxe;");
-}
 
-TEST_F(SettingsTest, AListThatNoReadCouldTakeIsNeitherWrittenNorWrittenOver) {
+    // What no read could take is neither written nor written over.
     settings.SetGroups({std::string(999'998, 'x')}, {"p"});
     settings.SetGroups({std::string(999'999, 'x')}, {"q"});
     EXPECT_EQ(settings.GetGroups().at(0).size(), 999'998U);
