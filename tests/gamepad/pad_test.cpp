@@ -42,11 +42,11 @@ TEST(PadSet, HasTheKeyboardOnPortOneAloneIfOneListIsEmpty) {
 
 TEST(PadSet, ReadsBackWhatItWrites) {
     CPadSet pads;
+    const Lists shared = {
+        "", "1,2,3,4,5,6,7,0,10,11,12,13,14,15,16,17", "2,3,4,5", "0,1,2,1", "2,1,0,2", "4,1,6,0"};
     std::map<int, Lists> lists;
     for (const int number : {1, 2, 3, 4, 0, 5}) {
-        lists[number] = {"",        "1,2,3,4,5,6,7,0,10,11,12,13,14,15,16,17",
-                         "2,3,4,5", "0,1,2,1",
-                         "2,1,0,2", "4,1,6,0"};
+        lists[number] = shared;
         for (int key = 1; key <= 16; ++key) AppendCode(lists[number][0], 100 * number + key);
         Set(pads, number, lists[number]);
     }

@@ -155,12 +155,10 @@ TEST_F(ReplaceFileTest, RefusesWhatMustNotBeReplaced) {
 }
 
 TEST_F(ReplaceFileTest, ASweepLeavesTheTemporariesOfLivingProcessesAndTheUsersFiles) {
-    const std::vector<std::string> kept = {"velto-" + std::to_string(getpid()) + "-0.new",
-                                           "velto-x-0.new",
-                                           "velto-12-.new",
-                                           "velto-.new",
-                                           "velto-0-0.new",
-                                           "velto-999999999-0.dta"};
+    std::vector<std::string> kept = {
+        "velto-x-0.new", "velto-12-.new",         "velto-.new",
+        "velto-0-0.new", "velto-999999999-0.dta", "other-999999999-0.new"};
+    kept.push_back("velto-" + std::to_string(getpid()) + "-0.new");
     for (const auto& name : kept) WriteFile(InConfig(name), "");
     WriteFile(InConfig("velto-999999999-0.new"), "");
     platform::SweepTemporaries(*files, folder);

@@ -50,12 +50,11 @@ std::int64_t ReadTogether(RegistryStore& store) {
 
 // One more: what was read isn't overwritten by others before it is written.
 void Increment(RegistryStore& store) {
-    const auto transaction = store.Begin();
-    Require(transaction.status());
+    const auto transaction = store.Begin().value();
     for (const auto& [path, name, value] : Together(ReadTogether(store) + 1)) {
-        Require(transaction.value()->SetValue(path, name, value));
+        Require(transaction->SetValue(path, name, value));
     }
-    Require(transaction.value()->Commit());
+    Require(transaction->Commit());
 }
 
 TEST(RegistryProcesses, LoseNothingThatWasCommittedAtWhateverMomentTheyAreKilled) {
@@ -79,9 +78,7 @@ TEST(RegistryProcesses, LoseNothingThatWasCommittedAtWhateverMomentTheyAreKilled
         while (children.size() < 8) children.emplace_back(work);
         std::int64_t told = 0;
         // None of the first ones may starve; many of the others die while they make the store.
-        for (auto child = children.begin(); round == 0 && child != children.end(); ++child) {
-            told += child->Next() ? 1 : 0;
-        }
+        for (auto& child : children) told += round == 0 && child.Next() ? 1 : 0;
         EXPECT_EQ(told, round == 0 ? 8 : 0);
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 60'000));
         for (auto& child : children) child.Kill();

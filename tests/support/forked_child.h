@@ -8,7 +8,6 @@
 
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <optional>
 #include <stdexcept>
@@ -21,7 +20,7 @@ namespace velto::test {
 class ForkedChild {
   public:
     using Tell = std::function<void(std::int64_t)>;
-    // Its result is the exit status; an exception's is 255.
+    // Its result is the exit status; an exception aborts the child.
     using Work = std::function<int(const Tell&)>;
 
     explicit ForkedChild(const Work& work) {
@@ -31,7 +30,7 @@ class ForkedChild {
         const platform::Descriptor childs_end(ends[1]);
         id_ = fork();
         if (id_ < 0) throw std::runtime_error("fork");
-        if (id_ == 0) _exit(Run(work, childs_end.get()));
+        if (id_ == 0) Run(work, childs_end.get());
     }
     // Kills it if it hasn't been waited for.
     ~ForkedChild() {
@@ -59,15 +58,10 @@ class ForkedChild {
     }
 
   private:
-    static int Run(const Work& work, int output) {
-        try {
-            return work([output](std::int64_t number) {
-                if (write(output, &number, sizeof number) != sizeof number) _exit(254);
-            });
-        } catch (const std::exception& exception) {
-            std::fprintf(stderr, "%s\n", exception.what());
-            return 255;
-        }
+    static void Run(const Work& work, int output) noexcept {
+        _exit(work([output](std::int64_t number) {
+            if (write(output, &number, sizeof number) != sizeof number) _exit(254);
+        }));
     }
 
     pid_t id_ = -1;

@@ -24,15 +24,15 @@ inline QString Read(QString text) {
     return text.remove('&');
 }
 
-inline QAbstractButton& Button(const QWidget& window, const QString& text, int number = 0) {
+inline QAbstractButton& Button(const QWidget& window, const QString& text) {
     for (auto* const button : window.findChildren<QAbstractButton*>()) {
-        if (Read(button->text()) == text && number-- == 0) return *button;
+        if (Read(button->text()) == text) return *button;
     }
     throw std::runtime_error("no button " + text.toStdString());
 }
 
-inline void Click(const QWidget& window, const QString& text, int number = 0) {
-    QTest::mouseClick(&Button(window, text, number), Qt::LeftButton);
+inline void Click(const QWidget& window, const QString& text) {
+    QTest::mouseClick(&Button(window, text), Qt::LeftButton);
 }
 
 // The field behind a label.
