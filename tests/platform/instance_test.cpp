@@ -62,7 +62,7 @@ class InstanceTest : public testing::Test {
         return MakeInstanceService("/velto", home_.path());
     }
     // The first process with a listener, which notes the names and does something at each.
-    void Listen(std::function<void()> at_name = [] {}) {
+    void Listen(const std::function<void()>& at_name = [] {}) {
         first_ = Make();
         EXPECT_TRUE(first_->Acquire().value());
         const auto handle = [this, at_name](const std::string& name) {

@@ -91,10 +91,9 @@ TEST(RegistryText, PassesOverWhatStandsBelowABadKeyLine) {
                                head + "b\\\\c]",
                                head + std::string(platform::kLongestKeyName + 1, 'b') + "]",
                                deepest + "\\d]"};
-    for (const auto& text : bad) {
-        Check(text + below + head + "n]", "[HKEY_CURRENT_USER\\n]\n", 1);
-    }
-    Check("[-HKEY_CURRENT_USER\\b]" + below + head + "n]", "[HKEY_CURRENT_USER\\n]\n");
+    const auto next = below + head + "n]";
+    for (const auto& text : bad) Check(text + next, "[HKEY_CURRENT_USER\\n]\n", 1);
+    Check("[-HKEY_CURRENT_USER\\b]" + next, "[HKEY_CURRENT_USER\\n]\n");
 }
 
 TEST(RegistryText, NeedsAKnownFirstLine) {
@@ -215,8 +214,9 @@ TEST(RegistryTextRoundTrip, ExportsAndDumpsComeBackExactly) {
             {"dword:0000002a", platform::DwordValue(42)},
             {"hex:a,00,ff", {RegistryType::Binary, {'\x0A', '\0', '\xFF'}}}};
         for (const auto& [form, value] : forms) {
-            ASSERT_NO_FATAL_FAILURE(ExpectRead("REGEDIT4 \r\n;#//GPU plugins\r\n\r\n",
-                                               '"' + name + "\"=" + form + "\r\n", name, value));
+            line.assign("\"").append(name).append("\"=").append(form).append("\r\n");
+            ASSERT_NO_FATAL_FAILURE(
+                ExpectRead("REGEDIT4 \r\n;#//GPU plugins\r\n\r\n", line, name, value));
         }
     }
 }
