@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "store/borrowed_branch.h"
 #include "support/home_test.h"
@@ -12,9 +11,7 @@ namespace velto::test {
 namespace {
 
 using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Optional;
+using namespace testing;
 
 const std::string kPluginKeys = "HKEY_CURRENT_USER\\Software\\Vision Thing\\PSEmu Pro\\";
 const std::string kGpuKey = "Software\\Vision Thing\\PSEmu Pro\\GPU\\Demo";
@@ -24,7 +21,7 @@ class StartupTest : public HomeTest, public StartupWindow {
     void OnLogLine(const std::string& line) override {
         lines.push_back(line);
         if (std::filesystem::is_directory(log_file)) return;
-        EXPECT_THAT(ReadFile(log_file), testing::EndsWith(line + "\r\n")) << "in the file first";
+        EXPECT_THAT(ReadFile(log_file), EndsWith(line + "\r\n")) << "in the file first";
         if (!line.starts_with("plugins.bak")) return;
         EXPECT_FALSE(Exists(InConfig("main.bak"))) << "each step behind its line";
         EXPECT_THAT(StringOf(kGpuKey, "v"), Optional("borrowed"s));
@@ -52,8 +49,8 @@ TEST_F(StartupTest, TellsEachStepInTheLogThatIsMadeAnew) {
                     "Exclusion list missing or corrupt.  Rebuilding....",
                     "No plugins files (*.dll) found", "System Preparations complete."));
     EXPECT_THAT(ReadFile(log_file),
-                testing::StartsWith("Velto startup Log\r\nVelto starting up....\r\nRegistry"));
-    EXPECT_THAT(CVeltoSettings().GetExclusionList(), testing::SizeIs(5));
+                StartsWith("Velto startup Log\r\nVelto starting up....\r\nRegistry"));
+    EXPECT_THAT(CVeltoSettings().GetExclusionList(), SizeIs(5));
     for (const auto* key : {"CDR", "GPU", "SPU", "NET", "PAD"}) {
         EXPECT_TRUE(registry->OpenKey(kPluginKeys + key).ok()) << key;
     }
@@ -83,16 +80,16 @@ TEST_F(StartupTest, LeftoversOfARunThatWasCutOffAreDealtWithInTheirOrder) {
         EXPECT_TRUE(Exists(InConfig("main.bak"))) << "a run that lives needs its backups";
     }
     Start();
-    EXPECT_THAT(lines, testing::Contains("main.bak detected.  Deleteing..."));
+    EXPECT_THAT(lines, Contains("main.bak detected.  Deleteing..."));
     EXPECT_THAT(files->List(environment.ConfigFolder()).value(),
-                testing::UnorderedElementsAre("Main.bak.dta", "Plugins.tmp", "plugins.bak"))
+                UnorderedElementsAre("Main.bak.dta", "Plugins.tmp", "plugins.bak"))
         << "what can't be merged stays";
     WriteFile(InConfig("plugins.bak"),
               "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\" + kGpuKey + "]\r\n\"v\"=\"the user's\"\r\n");
     WriteFile(InConfig("plugins.tmp"), "");
     Start();
     EXPECT_THAT(StringOf(kGpuKey, "v"), Optional("the user's"s));
-    EXPECT_THAT(lines, testing::IsSupersetOf(
+    EXPECT_THAT(lines, IsSupersetOf(
                            {"plugins.bak detected.  Now resetting registry and deleteing the file"s,
                             "plugins.tmp detected... deleteing."s}));
     EXPECT_FALSE(Exists(InConfig("plugins.bak")) || Exists(InConfig("plugins.tmp")));

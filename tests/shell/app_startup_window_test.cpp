@@ -2,8 +2,6 @@
 
 #include <QPlainTextEdit>
 
-#include <gtest/gtest.h>
-
 #include "shell/paths_dialog.h"
 #include "support/home_test.h"
 #include "support/windows.h"

@@ -6,8 +6,6 @@
 #include <functional>
 #include <set>
 
-#include <gtest/gtest.h>
-
 #include "plugins/exclusion_dialog.h"
 #include "shell/app_startup_window.h"
 #include "shell/frame_dialog.h"

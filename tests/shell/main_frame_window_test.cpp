@@ -5,8 +5,6 @@
 #include <future>
 #include <optional>
 
-#include <gtest/gtest.h>
-
 #include "platform/instance.h"
 #include "shell/frame_dialog.h"
 #include "shell/tree/new_node_dialog.h"

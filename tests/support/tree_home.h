@@ -5,8 +5,6 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include "shell/panes/panes.h"
 #include "shell/tree/epsxe_tree.h"
 #include "support/documents.h"
@@ -17,15 +15,11 @@ namespace velto::test {
 
 // The editor's pages, without windows.
 inline constexpr PageRow kPages[] = {
-    {.number = 0, .of = PageOf::Root, .icon = "tree-group"},
-    {.number = 1, .of = PageOf::Configuration, .icon = "tree-group"},
-    {.number = 2, .text = "Graphics", .icon = "tree-group"},
-    {.number = 3, .text = "Sound", .icon = "tree-group"},
-    {.number = 4, .text = "Cd-Rom/Iso", .icon = "tree-group"},
-    {.number = 5, .text = "NetPlay", .icon = "tree-group"},
-    {.number = 6, .text = "MemoryCards", .icon = "tree-group"},
-    {.number = 7, .of = PageOf::Group, .icon = "tree-group"},
-    {.number = 8, .text = "GamePad", .icon = "tree-group"},
+    {.number = 0, .of = PageOf::Root},    {.number = 1, .of = PageOf::Configuration},
+    {.number = 2, .text = "Graphics"},    {.number = 3, .text = "Sound"},
+    {.number = 4, .text = "Cd-Rom/Iso"},  {.number = 5, .text = "NetPlay"},
+    {.number = 6, .text = "MemoryCards"}, {.number = 7, .of = PageOf::Group},
+    {.number = 8, .text = "GamePad"},
 };
 
 class TreeEditor : public FakeEditor {

@@ -3,8 +3,6 @@
 #include <QMessageBox>
 #include <future>
 
-#include <gtest/gtest.h>
-
 #include "support/windows.h"
 
 namespace velto::test {
@@ -33,6 +31,8 @@ TEST(BoxPresenter, KeysAnswerTheSafeWay) {
         OnDialog<QMessageBox>([&](auto& box) {
             EXPECT_TRUE(QTest::qWaitForWindowActive(&box));
             const bool letter = row.key < Qt::Key_Escape;
+            EXPECT_EQ(box.windowTitle(), "Cap & tion");
+            EXPECT_EQ(box.textFormat(), Qt::PlainText);
             if (row.key == Qt::Key{}) return box.reject();
             QTest::keyClick(&box, row.key, letter ? Qt::AltModifier : Qt::NoModifier);
             EXPECT_TRUE(QTest::qWaitFor([&] { return !box.isVisible(); }));
@@ -41,20 +41,12 @@ TEST(BoxPresenter, KeysAnswerTheSafeWay) {
     }
 }
 
-TEST(BoxPresenter, ShowsTheTextAsItIsAboveTheDialogInFront) {
-    QDialog dialog;
-    QTimer::singleShot(0, &dialog, [&] {
-        OnDialog<QMessageBox>([&](auto& box) {
-            EXPECT_EQ(box.textFormat(), Qt::PlainText);
-            EXPECT_EQ(box.windowTitle(), "Cap & tion");
-            EXPECT_EQ(box.parent(), &dialog);
-            EXPECT_LT(box.width(), 1000) << "a name without a blank is broken";
-            Click(box, "OK");
-        });
-        EXPECT_EQ(BoxPresenter().Show({std::string(255, 'm'), "Cap & tion"}), BoxAnswer::Ok);
-        dialog.accept();
+TEST(BoxPresenter, ALongNameIsBroken) {
+    OnDialog<QMessageBox>([&](auto& box) {
+        EXPECT_LT(box.width(), 1000);
+        Click(box, "OK");
     });
-    dialog.exec();
+    EXPECT_EQ(BoxPresenter().Show({std::string(255, 'm'), "Cap & tion"}), BoxAnswer::Ok);
 }
 
 TEST(BoxPresenter, OtherThreadsWaitForItButNeverForWindowsThatClose) {

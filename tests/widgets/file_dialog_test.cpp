@@ -3,8 +3,6 @@
 #include <QFileDialog>
 #include <QListView>
 
-#include <gtest/gtest.h>
-
 #include "support/home_test.h"
 #include "support/windows.h"
 

@@ -1,7 +1,5 @@
 #include "widgets/text.h"
 
-#include <gtest/gtest.h>
-
 #include "support/windows.h"
 #include "widgets/bytes_fields.h"
 

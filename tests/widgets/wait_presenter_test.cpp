@@ -4,8 +4,6 @@
 #include <QProgressBar>
 #include <future>
 
-#include <gtest/gtest.h>
-
 #include "support/windows.h"
 #include "widgets/box_presenter.h"
 

@@ -1,7 +1,5 @@
 #include "shell/panes/multi_view_splitter_window.h"
 
-#include <gtest/gtest.h>
-
 #include "support/home_test.h"
 #include "support/windows.h"
 

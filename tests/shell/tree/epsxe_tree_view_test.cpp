@@ -9,7 +9,6 @@
 #include <QToolTip>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "support/tree_home.h"
 #include "support/windows.h"
@@ -18,8 +17,7 @@
 namespace velto::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::StartsWith;
+using namespace ::testing;
 
 // What the one highlighted row shows, which is the current one.
 class ShownTree : public CEpsxeTreeView {

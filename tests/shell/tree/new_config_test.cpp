@@ -1,7 +1,6 @@
 #include "shell/tree/new_config.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "shell/tree/new_group.h"
 #include "support/failing_files.h"
@@ -12,9 +11,7 @@ namespace {
 
 using namespace std::string_literals;
 using platform::BoxIcon;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
+using namespace testing;
 
 class NewConfigTest : public HomeTest {
   protected:
