@@ -41,15 +41,13 @@ class StartupTest : public HomeTest, public StartupWindow {
 TEST_F(StartupTest, TellsEachStepInTheLogThatIsMadeAnew) {
     WriteFile(log_file, "former start");
     Start();
-    EXPECT_THAT(
-        lines,
-        ElementsAre("Velto starting up....", "Registry keys detected.  Continuing with startup",
-                    "Checking and updating plugin settings if nessesary.",
-                    "Disabling native windows autoplay support for psx cds.",
-                    "Exclusion list missing or corrupt.  Rebuilding....",
-                    "No plugins files (*.dll) found", "System Preparations complete."));
-    EXPECT_THAT(ReadFile(log_file),
-                StartsWith("Velto startup Log\r\nVelto starting up....\r\nRegistry"));
+    EXPECT_EQ(ReadFile(log_file),
+              "Velto startup Log\r\nVelto starting up....\r\n"
+              "Registry keys detected.  Continuing with startup\r\n"
+              "Checking and updating plugin settings if nessesary.\r\n"
+              "Disabling native windows autoplay support for psx cds.\r\n"
+              "Exclusion list missing or corrupt.  Rebuilding....\r\n"
+              "No plugins files (*.dll) found\r\nSystem Preparations complete.\r\n");
     EXPECT_THAT(CVeltoSettings().GetExclusionList(), SizeIs(5));
     for (const auto* key : {"CDR", "GPU", "SPU", "NET", "PAD"}) {
         EXPECT_TRUE(registry->OpenKey(kPluginKeys + key).ok()) << key;

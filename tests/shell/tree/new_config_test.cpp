@@ -22,11 +22,8 @@ class NewConfigTest : public HomeTest {
 
 TEST_F(NewConfigTest, TheFileStartsFromTheEmulatorsPads) {
     const std::string longest(259, '3');
-    const std::pair<const char*, std::string> pads[] = {{"KEYS1", "1,2,3"},
-                                                        {"Keys2", longest + "3"},
-                                                        {"Keys3", longest},
-                                                        {"GamepadAxis", "4,5\0,6"s},
-                                                        {"Multitap1", "1"}};
+    const std::pair<const char*, std::string> pads[] = {
+        {"Keys2", longest + "3"}, {"Keys3", longest}, {"GamepadAxis", "4,5\0,6"s}};
     for (const auto& [value, text] : pads) {
         SetValue(kEmulatorConfigKey, value, platform::StringValue(text));
     }
@@ -35,9 +32,8 @@ TEST_F(NewConfigTest, TheFileStartsFromTheEmulatorsPads) {
     EXPECT_EQ(new_config.name + " in " + new_config.group, "Crash B in Jump & Run");
 
     const auto text = ReadFile(InConfig("Crash B.dta"));
-    EXPECT_THAT(text, HasSubstr("\r\n; keys1 = 1,2,3 \r\n; keys2 =  \r\n; keys3 = " + longest +
+    EXPECT_THAT(text, HasSubstr("\r\n; keys2 =  \r\n; keys3 = " + longest +
                                 " \r\n; keys4 =  \r\n; padAxis = 4,5 \r\n; padType =  \r\n"));
-    EXPECT_THAT(text, HasSubstr("; multiTap = true \r\n"));
     // Unlike those of a saved file:
     const auto rule = ";# " + std::string(58, '-') + "\r\n";
     const auto slashes = ";#" + std::string(59, '/') + "\r\n";
