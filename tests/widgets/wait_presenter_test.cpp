@@ -60,7 +60,6 @@ TEST_F(WaitPresenterTest, StopsByButtonAndKeysAsOftenAsTheUserAsks) {
     // No other program has the focus.
     EXPECT_TRUE(QTest::qWaitFor([&] { return wait->Continue() && Shown()->isActiveWindow(); }));
     const std::function<void()> ways[] = {
-        [] { Click(*Shown(), "Stop"); },
         [] { QTest::keyClick(Shown()->focusWidget(), Qt::Key_Space); },
         [] { QTest::keyClick(Shown(), Qt::Key_Escape); },
         [] { Shown()->close(); },
