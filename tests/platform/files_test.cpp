@@ -29,10 +29,15 @@ TEST(DiskText, OnlyCrLfBecomesALineEndAndOnlyLfBecomesCrLf) {
               "\r\na\r\n\r\ntwo\r\r\nlone\rreturn\r");
 }
 
-class SearchTest : public HomeTest {};
+class FilesTest : public HomeTest {
+  protected:
+    std::vector<std::string> Names() const { return files->List(folder).value(); }
 
-TEST_F(SearchTest, FindsFilesAloneInAnyCaseAndTheExactSpellingFirst) {
-    const auto folder = environment.ConfigFolder();
+    const std::string folder = environment.ConfigFolder();
+    const std::string target = InConfig("Game.dta");
+};
+
+TEST_F(FilesTest, ASearchFindsFilesAloneInAnyCaseAndTheExactSpellingFirst) {
     for (const auto* name :
          {"game.dta", "Game.dta", "ZELDA.DTA", "*.dta", "back\\slash.dta", "../outside.dta"}) {
         WriteFile(InConfig(name), "");
@@ -54,7 +59,7 @@ TEST_F(SearchTest, FindsFilesAloneInAnyCaseAndTheExactSpellingFirst) {
         ElementsAre("*.dta", "back\\slash.dta", "Game.dta", "game.dta", "link.dta", "ZELDA.DTA"));
 }
 
-TEST_F(SearchTest, AStoredPathIsCutAtItsSeparatorAndOpenedThroughTheDriveTable) {
+TEST_F(FilesTest, AStoredPathIsCutAtItsSeparatorAndOpenedThroughTheDriveTable) {
     WriteFile(InHome("drive_c/emu/ePSXe.EXE"), "");
     WriteFile(InHome("games/Disc One.bin"), "");
     fs::create_directory(InHome("drives"));
@@ -70,8 +75,8 @@ TEST_F(SearchTest, AStoredPathIsCutAtItsSeparatorAndOpenedThroughTheDriveTable) 
         {"/with\\backslash", "/", "/with\\backslash"},
         {"", "", ""},
     };
-    for (const auto& [stored, folder, host] : cases) {
-        EXPECT_EQ(platform::StoredFolder(stored), folder);
+    for (const auto& [stored, cut, host] : cases) {
+        EXPECT_EQ(platform::StoredFolder(stored), cut);
         EXPECT_EQ(platform::HostPath(stored), host) << stored;
     }
 }
@@ -112,15 +117,7 @@ TEST(Environment, MakesEveryPathAbsoluteAndHandsItOnInThatForm) {
     fs::current_path(before);
 }
 
-class ReplaceFileTest : public HomeTest {
-  protected:
-    std::vector<std::string> Names() const { return files->List(folder).value(); }
-
-    const std::string folder = environment.ConfigFolder();
-    const std::string target = InConfig("Game.dta");
-};
-
-TEST_F(ReplaceFileTest, FollowsALinkAndKeepsThePermissionBits) {
+TEST_F(FilesTest, AReplacementFollowsALinkAndKeepsThePermissionBits) {
     const auto real = InConfig("elsewhere/Game.dta");
     WriteFile(real, "old");
     ASSERT_EQ(chmod(real.c_str(), 0604), 0);
@@ -131,7 +128,7 @@ TEST_F(ReplaceFileTest, FollowsALinkAndKeepsThePermissionBits) {
     EXPECT_EQ(files->Info(real).value().mode, 0604U);
 }
 
-TEST_F(ReplaceFileTest, RefusesWhatMustNotBeReplaced) {
+TEST_F(FilesTest, AReplacementRefusesWhatMustNotBeReplaced) {
     WriteFile(target, "old");
     ASSERT_EQ(chmod(target.c_str(), 0444), 0);
     fs::create_symlink(InConfig("unmounted/Game.dta"), InConfig("link.dta"));
@@ -154,7 +151,7 @@ TEST_F(ReplaceFileTest, RefusesWhatMustNotBeReplaced) {
     EXPECT_EQ(files->OpenLog("/dev/null", false).error().kind, ErrorKind::Unsuitable);
 }
 
-TEST_F(ReplaceFileTest, ASweepLeavesTheTemporariesOfLivingProcessesAndTheUsersFiles) {
+TEST_F(FilesTest, ASweepLeavesTheTemporariesOfLivingProcessesAndTheUsersFiles) {
     std::vector<std::string> kept = {
         "velto-x-0.new", "velto-12-.new",         "velto-.new",
         "velto-0-0.new", "velto-999999999-0.dta", "other-999999999-0.new"};
