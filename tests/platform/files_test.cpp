@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/file_search.h"
-#include "platform/line_ends.h"
 #include "platform/replace_file.h"
 #include "platform/stored_path.h"
 #include "support/home_test.h"
@@ -21,13 +20,6 @@ using platform::ErrorKind;
 using platform::ReplaceFile;
 using testing::ElementsAre;
 using testing::Pair;
-
-TEST(DiskText, OnlyCrLfBecomesALineEndAndOnlyLfBecomesCrLf) {
-    const auto disk = "a\r\ntwo\r\r\nlone\nfeed\rreturn nul\0 and \x1A end\r"s;
-    EXPECT_EQ(platform::FromDiskText(disk), "a\ntwo\r\nlone\nfeed\rreturn nul\0 and \x1A end\r"s);
-    EXPECT_EQ(platform::ToDiskText("\na\n\ntwo\r\nlone\rreturn\r"),
-              "\r\na\r\n\r\ntwo\r\r\nlone\rreturn\r");
-}
 
 class FilesTest : public HomeTest {
   protected:
