@@ -168,8 +168,7 @@ TEST(Options, GiveTheDiscIdsInUpperCaseAndNoneWhereNoneIsSet) {
     for (const auto& [version, option, ids] : cases) {
         const CConfigFile file(ConfigText(version, {option}, {Key::psxid}));
         EXPECT_EQ(Load(file).record.psxIdExt, ids);
-        EXPECT_FALSE(Load(file).corrupted);
-        EXPECT_TRUE(ReadDirectConfig(file).has_value());
+        EXPECT_TRUE(!Load(file).corrupted && ReadDirectConfig(file)) << version;
     }
 }
 

@@ -78,7 +78,6 @@ TEST_F(DumpTest, EveryFailureOfTheRegistryIsReportedAndTheDumpGoesOn) {
     SetValue(kKey, "d", platform::DwordValue(1));
     using enum RegistryCall;
     const auto no_values = kTavo + "Error reading value names and types";
-    const auto not_opened = kTavo + "Branch not opened";
     const auto not_closed = kTavo + "Branch not closed";
     const auto no_end = kTavo + "Error Closing subkey";
     const std::tuple<RegistryCall, std::string, int, Texts> cases[] = {
@@ -86,7 +85,7 @@ TEST_F(DumpTest, EveryFailureOfTheRegistryIsReportedAndTheDumpGoesOn) {
         {EnumerateSubkey, "GPU\\", 0, {kTavo + "error obtaining subkey names"}},
         {Close, "GPU\\", 0, {kTavo + "error closing parent key"}},
         {OpenKey, "Demo", 0, {kTavo + "Error Opening subKey", no_values, no_end}},
-        {OpenKey, "Demo", 1, {not_opened, not_opened, not_opened}},
+        {OpenKey, "Demo", 1, Texts(3, kTavo + "Branch not opened")},
         {EnumerateValue, "Demo", 2, {no_values}},
         {Query, "Demo", 0, {kNoString, kTavo + "Error reading binary", kNoDword}},
         {Close, "Demo", 0, {not_closed, not_closed, not_closed, no_end}},
