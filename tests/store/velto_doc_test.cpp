@@ -17,11 +17,8 @@ namespace velto::test {
 namespace {
 
 using namespace std::string_literals;
-using platform::BoxAnswer;
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 using At = FailingFiles::At;
 
 constexpr const char* kPluginLines =
@@ -118,7 +115,7 @@ TEST_F(DocTest, ChangesAreLostOnlyIfTheUserMeansIt) {
     EXPECT_TRUE(boxes.shown.at(0).yes_is_destructive);
     EXPECT_FALSE(document.LoadConfig("Game")) << "the tree's way back";
     EXPECT_EQ(InHand(), edited);
-    boxes.answers = {BoxAnswer::Yes, BoxAnswer::Yes};
+    boxes.answers = {platform::BoxAnswer::Yes, platform::BoxAnswer::Yes};
     EXPECT_FALSE(document.LoadConfig("Other"));
     EXPECT_EQ(InHand(), "other");
     document.dirty = true;
@@ -128,8 +125,14 @@ TEST_F(DocTest, ChangesAreLostOnlyIfTheUserMeansIt) {
     editor.SelectByName("A Group", NodeKind::Group);
     EXPECT_TRUE(document.WarnIfDirty());
     EXPECT_FALSE(document.LoadConfig("Game")) << "the tree's way back";
+    {
+        FailingFiles full(*files, 1, At::Fail);
+        const auto failing = With(full);
+        EXPECT_FALSE(document.AcceptLoss());
+    }
+    EXPECT_EQ(boxes.shown.back().text, "Unable to delete plugins.tmp: No space left on device");
     EXPECT_EQ(InHand(), edited);
-    boxes.answers = {BoxAnswer::Yes};
+    boxes.answers = {platform::BoxAnswer::Yes};
     EXPECT_FALSE(document.WarnIfDirty());
     EXPECT_EQ(editor.refreshes, 1);
     EXPECT_EQ(InHand(), "game");
@@ -146,7 +149,8 @@ TEST_F(DocTest, ASaveBringsAFileToTheCurrentVersionAndASecondOneChangesNothing) 
                              "memcard1 = \xE9 ; ' \""}) {
         EXPECT_THAT(saved, HasSubstr("\r\n; "s + line + "\r\n"));
     }
-    EXPECT_THAT(saved, AllOf(HasSubstr(kPluginLines), Not(HasSubstr("magicCFG"))));
+    EXPECT_THAT(saved,
+                testing::AllOf(HasSubstr(kPluginLines), testing::Not(HasSubstr("magicCFG"))));
     EXPECT_EQ(Saved(saved), saved);
 }
 
@@ -209,8 +213,8 @@ TEST_P(SaveStepsTest, AFailureOrAKillLosesNothingAndTheNextStartDeletesNoConfigu
     EXPECT_THAT(new_file, HasSubstr(pending ? "plugins\r\n\r\n[HKEY_CURRENT_USER\\Dumped]\r\n"
                                               "\"a\"=hex:1\r\n;#\r\n;# ------"
                                             : kPluginLines));
-    EXPECT_THAT(new_file,
-                AllOf(HasSubstr("; bios = edited  \x7F.bin\r"), testing::EndsWith("-\r\n")));
+    EXPECT_THAT(new_file, testing::AllOf(HasSubstr("; bios = edited  \x7F.bin\r"),
+                                         testing::EndsWith("-\r\n")));
     const auto mark = "; fileGroup = My Epsxe\r\n;#\r\n; magicCFG = true\r\n;# -";
     EXPECT_EQ(new_file.find(mark) != std::string::npos, magic);
 }
@@ -228,7 +232,7 @@ TEST_F(DocTest, WhatIsTooLargeOrNoNameFailsTheSaveBeforeAnythingIsWritten) {
     EXPECT_EQ(Config("Game"), old_file);
     EXPECT_FALSE(Exists(InHome("Game.dta")));
     EXPECT_TRUE(document.SaveConfig("No such source", false, "Game"));
-    EXPECT_THAT(Config("Game"), Not(HasSubstr("Demo]")));
+    EXPECT_THAT(Config("Game"), testing::Not(HasSubstr("Demo]")));
 }
 
 }  // namespace
