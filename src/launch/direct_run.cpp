@@ -86,7 +86,7 @@ bool RunDirect(const std::string& name) {
 
     CVeltoSettings settings;
     const auto file = ConfigFolder::FileOf(name);
-    RestoreFile(file, folder.path());
+    RestoreFile(file, folder.path(), kConfigurationScope);
 
     // A file that has vanished by now has no keys.
     auto opened = CConfigFile::Open(folder.PathOf(file));

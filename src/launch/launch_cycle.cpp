@@ -50,7 +50,8 @@ bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCat
     auto branch = BorrowedBranch::ForRun(document.configDir.path());
     if (!branch) return false;
     const auto name = ConfigFolder::NameOf(file);
-    RestoreFile(document.configDir.Find(name).value_or(file), document.configDir.path());
+    RestoreFile(document.configDir.Find(name).value_or(file), document.configDir.path(),
+                kConfigurationScope);
     // Behind the merge, which may bring in an image of its own.
     ApplyToRegistry(document);
     const auto arguments =

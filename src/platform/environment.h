@@ -26,6 +26,10 @@ struct Environment {
     std::string RegistryFile() const { return JoinPath(home, "registry.db"); }
 };
 
+// Names the keys that one run of the registry editor may write (see regedit/merge_scope.h). Only
+// the request for that run gives it; no program inherits it.
+inline constexpr const char* kMergeScope = "VELTO_MERGE_SCOPE";
+
 const Environment& HostEnvironment();
 
 // Reads the process's environment and current directory; makes nothing.

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/result.h"
@@ -19,6 +20,8 @@ struct ProcessRequest {
     ShowState show = ShowState::Shown;  // a wish that this host has no means to fulfil
     bool ends_with_parent = false;      // killed when the thread that started it ends
     std::vector<int> descriptors{};     // of this process; the child's numbers 3, 4, ...
+    // Names and values that this child alone is given.
+    std::vector<std::pair<std::string, std::string>> variables{};
 };
 
 struct ExitStatus {

@@ -1,6 +1,7 @@
 // The registry editor's program: `velto-regedit /E FILE KEY` and `velto-regedit /S FILE`.
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <span>
@@ -24,7 +25,8 @@ constexpr std::string_view kUsage =
     "\n"
     "KEY is a path such as \"HKEY_CURRENT_USER\\Software\\epsxe\", in any case of letters. An\n"
     "export replaces FILE as a whole, or leaves it as it was. A merge adds and overwrites and\n"
-    "removes nothing; lines that it can't read are skipped and counted.\n"
+    "removes nothing; lines that it can't read are skipped and counted. If VELTO_MERGE_SCOPE\n"
+    "names keys, as Velto does for the merges that it starts, all others are passed over.\n"
     "\n"
     "The registry is the file registry.db in the folder named by VELTO_HOME, by default\n"
     "$XDG_DATA_HOME/velto or ~/.local/share/velto. The exit status is 0 if the work was done and 1 "
@@ -48,16 +50,36 @@ int Export(platform::FileService& files, platform::RegistryStore& store,
     return Fail("Unable to export " + key + " to " + file + ": " + Reason(exported.error()));
 }
 
+// What the environment says that a merge may write.
+platform::Result<velto::regedit::MergeScope> Scope() {
+    const char* const text = std::getenv(platform::kMergeScope);
+    if (text == nullptr) return velto::regedit::MergeScope();
+    return velto::regedit::MergeScope::Read(text);
+}
+
+std::string Lines(std::uint64_t count) {
+    return std::to_string(count) + (count == 1 ? " line" : " lines");
+}
+
 int Merge(platform::FileService& files, platform::RegistryStore& store,
           std::span<const std::string> arguments) {
     const auto& file = arguments[0];
-    const auto skipped = velto::regedit::MergeFile(files, store, file);
-    if (!skipped.ok()) {
-        return Fail("Unable to merge " + file + ": " + Reason(skipped.error()));
+    const auto scope = Scope();
+    if (!scope.ok()) {
+        return Fail("Unable to merge " + file + ": " + platform::kMergeScope + " is " +
+                    Reason(scope.error()));
     }
-    if (const auto count = skipped.value(); count > 0) {
-        std::cerr << "Merged " << file << "; skipped " << count << (count == 1 ? " line" : " lines")
+    const auto merged = velto::regedit::MergeFile(files, store, file, scope.value());
+    if (!merged.ok()) {
+        return Fail("Unable to merge " + file + ": " + Reason(merged.error()));
+    }
+    if (const auto count = merged.value().skipped; count > 0) {
+        std::cerr << "Merged " << file << "; skipped " << Lines(count)
                   << " that couldn't be read\n";
+    }
+    if (const auto count = merged.value().outside; count > 0) {
+        std::cerr << "Merged " << file << "; passed over " << Lines(count)
+                  << " outside of what it may write\n";
     }
     return 0;
 }

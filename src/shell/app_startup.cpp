@@ -112,7 +112,7 @@ void CAppStartup::RecoverBackups() {
     if (FindsLeftover(kMainBackup, "main.bak detected.  Deleteing...")) DeleteLeftover(kMainBackup);
     if (FindsLeftover(kPluginsBackup,
                       "plugins.bak detected.  Now resetting registry and deleteing the file") &&
-        RestoreFile(kPluginsBackup, config_dir_) == 0) {
+        RestoreFile(kPluginsBackup, config_dir_, kPluginsScope) == 0) {
         DiscardBackup(platform::JoinPath(config_dir_, kPluginsBackup));
     }
 }

@@ -27,11 +27,6 @@ void DiscardBackup(const std::string& path) {
     std::ignore = platform::Files().Empty(path);
 }
 
-struct BorrowedBranch::Branch {
-    const char* file;
-    std::string key;
-};
-
 // Two homes may share a configuration folder, and two folders a registry. (The folder of the
 // registry is locked: SQLite loses its own locks if another descriptor of its file is closed.)
 std::optional<BranchTurn> BranchTurn::Take(const std::string& configDir) {
@@ -54,13 +49,13 @@ bool BranchTurn::Lock(const std::string& path) {
 }
 
 std::optional<BorrowedBranch> BorrowedBranch::ForRun(const std::string& configDir) {
-    return Borrow(configDir, {{kMainBackup, "HKEY_CURRENT_USER\\Software\\epsxe"},
-                              {kPluginsBackup, "HKEY_CURRENT_USER\\Software\\Vision Thing"}});
+    return Borrow(configDir, {{kMainBackup, kMainScope, kMainScope},
+                              {kPluginsBackup, kPluginsScope, kPluginsScope}});
 }
 
 std::optional<BorrowedBranch> BorrowedBranch::ForPlugins(const std::string& configDir) {
-    return Borrow(configDir,
-                  {{kPluginsBackup, "HKEY_CURRENT_USER\\Software\\Vision Thing\\PSEmu Pro"}});
+    const auto key = std::string(kPluginsScope) + "\\PSEmu Pro";
+    return Borrow(configDir, {{kPluginsBackup, key, kPluginsScope}});
 }
 
 BorrowedBranch::~BorrowedBranch() {
@@ -74,8 +69,9 @@ void BorrowedBranch::GiveBack() {
     const auto turn = std::move(turn_);
     const auto run = std::move(run_);
     if (run && !run->IsOn(JoinPath(config_dir_, kMainBackup))) return;
-    std::erase_if(merged,
-                  [&](const char* backup) { return RestoreFile(backup, config_dir_) != 0; });
+    std::erase_if(merged, [&](const Branch& branch) {
+        return RestoreFile(branch.file, config_dir_, branch.scope) != 0;
+    });
     Delete(merged);
 }
 
@@ -103,8 +99,8 @@ bool BorrowedBranch::MergeFound(const std::string& configDir, const Branch& bran
     const auto path = JoinPath(configDir, branch.file);
     const auto info = platform::Files().Info(path);
     if (!info.ok() || !info.value().regular) return true;
-    const bool merged =
-        info.value().size == 0 || MergeFile(branch.file, configDir) == EditorRun::Done;
+    const bool merged = info.value().size == 0 ||
+                        MergeFile(branch.file, configDir, branch.scope) == EditorRun::Done;
     if (merged) DiscardBackup(path);
     return merged && !platform::Files().Info(path).ok();
 }
@@ -116,7 +112,7 @@ bool BorrowedBranch::Save(const Branch& branch) {
     const auto result = BackupBranch(quoted ? platform::QuoteParameter(branch.key) : branch.key,
                                      branch.file, config_dir_);
     if (result == -1) return true;
-    backups_.push_back(branch.file);
+    backups_.push_back(branch);
     if (result == 0 && (branch.file != kMainBackup || LockRun())) return true;
     // Nothing has been changed yet, and half a backup must never be merged.
     Delete(std::exchange(backups_, {}));
@@ -133,9 +129,9 @@ bool BorrowedBranch::LockRun() {
     return true;
 }
 
-void BorrowedBranch::Delete(const std::vector<const char*>& backups) {
-    for (const auto* backup : backups) {
-        DiscardBackup(JoinPath(config_dir_, backup));
+void BorrowedBranch::Delete(const std::vector<Branch>& backups) {
+    for (const auto& branch : backups) {
+        DiscardBackup(JoinPath(config_dir_, branch.file));
     }
 }
 

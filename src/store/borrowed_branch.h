@@ -19,6 +19,10 @@ namespace velto {
 inline constexpr const char* kMainBackup = "main.bak";
 inline constexpr const char* kPluginsBackup = "plugins.bak";
 
+// What the merge of a backup may write.
+inline constexpr const char* kMainScope = "HKEY_CURRENT_USER\\Software\\epsxe";
+inline constexpr const char* kPluginsScope = "HKEY_CURRENT_USER\\Software\\Vision Thing";
+
 // Deletes a backup that has been merged. In a folder that has turned read-only it is emptied:
 // merged once more, later, it would take back what the user has changed since. An empty one counts
 // as merged.
@@ -68,7 +72,11 @@ class BorrowedBranch {
     void GiveBack();
 
   private:
-    struct Branch;
+    struct Branch {
+        const char* file;
+        std::string key;
+        const char* scope;
+    };
 
     BorrowedBranch(std::string configDir, BranchTurn turn)
         : config_dir_(std::move(configDir)), turn_(std::move(turn)) {}
@@ -79,11 +87,11 @@ class BorrowedBranch {
     // False, after a message, if nothing may be changed now.
     bool Save(const Branch& branch);
     bool LockRun();
-    void Delete(const std::vector<const char*>& backups);
+    void Delete(const std::vector<Branch>& backups);
 
     std::string config_dir_;
     BranchTurn turn_;
-    std::vector<const char*> backups_;       // made and not given back
+    std::vector<Branch> backups_;            // made and not given back
     std::optional<platform::FileLock> run_;  // on `main.bak`, if that was made
 };
 

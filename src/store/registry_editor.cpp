@@ -32,11 +32,8 @@ void AwaitEnd(platform::ChildProcess& editor, const std::string& program) {
     }
 }
 
-EditorRun Run(const std::string& parameters, const std::string& folder) {
-    platform::ProcessRequest request;
+EditorRun Run(platform::ProcessRequest request) {
     request.file = platform::HostEnvironment().registry_editor;
-    request.parameters = parameters;
-    request.folder = folder;
     request.ends_with_parent = true;
     const auto child = platform::Processes().Start(request);
     if (!child.ok()) return EditorRun::NotStarted;
@@ -48,20 +45,23 @@ EditorRun Run(const std::string& parameters, const std::string& folder) {
 }  // namespace
 
 int BackupBranch(const std::string& key, const std::string& file, const std::string& folder) {
-    const auto run = Run("/E " + platform::QuoteParameter(file) + " " + key, folder);
+    const auto run =
+        Run({.parameters = "/E " + platform::QuoteParameter(file) + " " + key, .folder = folder});
     if (run == EditorRun::Done && platform::IsRegular(platform::JoinPath(folder, file))) return 0;
     platform::Report("Unable to backup " + key + " settings");
     return run == EditorRun::NotStarted ? -1 : kNoBackup;
 }
 
-int RestoreFile(const std::string& file, const std::string& folder) {
-    const auto run = MergeFile(file, folder);
+int RestoreFile(const std::string& file, const std::string& folder, const std::string& scope) {
+    const auto run = MergeFile(file, folder, scope);
     if (run == EditorRun::NotStarted) platform::Report("Unable to restore settings");
     return run == EditorRun::Done ? 0 : -1;
 }
 
-EditorRun MergeFile(const std::string& file, const std::string& folder) {
-    return Run(" /S " + platform::QuoteParameter(file), folder);
+EditorRun MergeFile(const std::string& file, const std::string& folder, const std::string& scope) {
+    return Run({.parameters = " /S " + platform::QuoteParameter(file),
+                .folder = folder,
+                .variables = {{platform::kMergeScope, scope}}});
 }
 
 }  // namespace velto

@@ -21,11 +21,18 @@ enum class EditorRun {
 inline constexpr int kNoBackup = -2;
 int BackupBranch(const std::string& key, const std::string& file, const std::string& folder);
 
+// What a merge may write: keys as velto-regedit takes them from VELTO_MERGE_SCOPE. Another registry
+// editor doesn't know them. A configuration may come from a stranger: it reaches plug-ins, but
+// neither this program's settings, which name the emulator, nor the emulator's own values.
+inline constexpr const char* kConfigurationScope =
+    "HKEY_CURRENT_USER\\Software\\;-HKEY_CURRENT_USER\\Software\\velto;"
+    "-HKEY_CURRENT_USER\\Software\\epsxe";
+
 // Merges `file`. -1 if the editor can't be started, after a message, or if it reports a failure
 // itself, without one; else 0.
-int RestoreFile(const std::string& file, const std::string& folder);
+int RestoreFile(const std::string& file, const std::string& folder, const std::string& scope);
 
 // The same without a message.
-EditorRun MergeFile(const std::string& file, const std::string& folder);
+EditorRun MergeFile(const std::string& file, const std::string& folder, const std::string& scope);
 
 }  // namespace velto

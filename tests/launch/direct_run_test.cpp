@@ -75,12 +75,17 @@ class DirectRunTest : public HomeTest {
 
 TEST_F(DirectRunTest, ShowsTheEmulatorIfItsLogWindowIsOffOrTellsWhereItLookedForIt) {
     WriteConfig("Game");
+    const auto file = InConfig("Game.dta");
+    WriteFile(file, ReadFile(file) +
+                        "[HKEY_CURRENT_USER\\software\\velto\\Settings]\r\n"
+                        "\"epsxe\"=\"/a/strangers\"\r\n");
     CVeltoSettings().SetEmulatorPath("/bin/true");
     for (const bool on : {true, false}) {
         CVeltoSettings().SetLogWindow(on);
         CVeltoSettings().SetGuiBypassed(on);
         EXPECT_TRUE(RunDirect("Game"));
         const auto& emulator = processes.requests.back();
+        EXPECT_EQ(emulator.file, "/bin/true");
         EXPECT_EQ(emulator.show, on ? platform::ShowState::Hidden : platform::ShowState::Shown);
         EXPECT_EQ(emulator.parameters, " -nogui ");
     }

@@ -30,9 +30,11 @@ class LaunchTest : public DocumentTest {
         SetValue(kDemoKey, "v", platform::StringValue("the user's"));
     }
     void Configure(const std::vector<std::string>& options) {
-        WriteConfig("Game", ConfigText("1.67.160", options, {},
-                                       "[" + kUser + kDemoKey + "]\r\n\"v\"=\"borrowed\"\r\n[" +
-                                           kUser + kImageKey + "]\r\n\"autorun\"=\"old\"\r\n"));
+        WriteConfig("Game",
+                    ConfigText("1.67.160", options, {},
+                               "[" + kUser + kDemoKey + "]\r\n\"v\"=\"borrowed\"\r\n[" + kUser +
+                                   kImageKey + "]\r\n\"autorun\"=\"old\"\r\n[" + kUser +
+                                   "software\\velto\\Settings]\r\n\"epsxe\"=\"x\"\r\n"));
         ASSERT_FALSE(document.LoadConfig("Game"));
     }
     bool Run() { return launch.OnRun(document, "Game.dta", catalogue); }

@@ -28,9 +28,14 @@ class RegeditTest : public HomeTest {
         return recorder.text;
     }
     // The program's status, and what it says at both outputs.
-    std::pair<int, std::string> Run(const Arguments& arguments) const {
+    std::pair<int, std::string> Run(const Arguments& arguments,
+                                    const std::optional<std::string>& within = {}) const {
         ProgramRun run{
             {environment.registry_editor}, {{"VELTO_HOME", InHome("home")}}, home_folder.path()};
+        // No program inherits it from this one.
+        if (within)
+            run.command.insert(run.command.begin(),
+                               {"/usr/bin/env", "VELTO_MERGE_SCOPE=" + *within});
         run.command.insert(run.command.end(), arguments.begin(), arguments.end());
         const auto result = RunProgram(run);
         EXPECT_EQ(result.out.empty(), arguments != Arguments{"--help"});
@@ -58,7 +63,7 @@ TEST_F(RegeditTest, AMergeAddsAndOverwritesOrFailsAsAWholeAndRemovesNothing) {
         EXPECT_FALSE(regedit::MergeFile(failing_files, failing_store, file).ok()) << step;
         EXPECT_EQ(Content(), before) << step;
     }
-    EXPECT_EQ(regedit::MergeFile(*files, *registry, file).value(), 0U);
+    EXPECT_EQ(regedit::MergeFile(*files, *registry, file).value().skipped, 0U);
     EXPECT_EQ(Content(),
               "[HKEY_CURRENT_USER]\n[HKEY_CURRENT_USER\\A]\none=1:1%00\ntwo=4:%02%00%00%00\n"
               "four=1:4%00\n[HKEY_CURRENT_USER\\A\\Empty]\n[HKEY_CURRENT_USER\\B]\nthree=1:3%00\n");
@@ -76,14 +81,14 @@ TEST_F(RegeditTest, AnExportMovesAKeyWithAllBelowItToAnotherStore) {
         "\"e\"=hex(80000010):\r\n\"f\"=hex(4):01\r\n\r\n"
         "[HKEY_CURRENT_USER\\Software\\Moved\\ a];b\\None]\r\n\r\n";
     WriteFile(file, head + "[HKEY_CURRENT_USER\\Software\\MovedNot]\r\n" + text);
-    ASSERT_EQ(regedit::MergeFile(*files, *registry, file).value(), 0U);
+    ASSERT_EQ(regedit::MergeFile(*files, *registry, file).value().skipped, 0U);
     const auto* const key = "hkey_current_user\\SOFTWARE\\moved\\";
     ASSERT_TRUE(regedit::ExportKey(*files, *registry, file, key).ok());
     EXPECT_EQ(ReadFile(file), head + text);
 
     const auto other = platform::MakeSqliteRegistry(InHome("other.db"));
     ASSERT_TRUE(other->OpenStore({}).ok());
-    EXPECT_EQ(regedit::MergeFile(*files, *other, file).value(), 0U);
+    EXPECT_EQ(regedit::MergeFile(*files, *other, file).value().skipped, 0U);
     ASSERT_TRUE(regedit::ExportKey(*files, *other, file, "HKEY_CURRENT_USER\\Software").ok());
     EXPECT_EQ(ReadFile(file), head + "[HKEY_CURRENT_USER\\Software]\r\n\r\n" + text);
 }
@@ -107,6 +112,26 @@ TEST_F(RegeditTest, AsAProgramMergesAndExportsFilesOfTheCurrentFolder) {
     WriteFile(InHome("bad.reg"), kText + "what\n\"x\"=y\n\"e\"=\"f\"\n");
     EXPECT_THAT(Run({"/S", "bad.reg"}),
                 Pair(0, "Merged bad.reg; skipped 2 lines that couldn't be read\n"));
+}
+
+TEST_F(RegeditTest, AsAProgramWritesOnlyWhatItsScopeNames) {
+    const std::string key = "HKEY_CURRENT_USER\\Software\\a b";
+    const std::string above = "HKEY_CURRENT_USER\\software\\";
+    WriteFile(InHome("text.reg"), kText);
+    for (const auto& within :
+         {above + "a", key + "\\", above + ";-" + above + "A B", "-" + above}) {
+        EXPECT_THAT(Run({"/S", "text.reg"}, within),
+                    Pair(0, "Merged text.reg; passed over 2 lines outside of what it may write\n"));
+    }
+    for (const std::string unreadable : {"", "Software", "HKEY_CURRENT_USER;"}) {
+        EXPECT_THAT(Run({"/S", "text.reg"}, unreadable),
+                    Pair(1, IsOneLineWith("text.reg: VELTO_MERGE_SCOPE is no list of keys")));
+    }
+    EXPECT_THAT(Run({"/E", "out.reg", key}), Pair(1, IsOneLineWith(key)));
+    for (const auto& within : {above, above + "A B;-" + above + "a", key + ";" + above + "c"}) {
+        EXPECT_THAT(Run({"/S", "text.reg"}, within), Pair(0, ""));
+    }
+    EXPECT_THAT(Run({"/E", "out.reg", key}), Pair(0, ""));
 }
 
 TEST_F(RegeditTest, AsAProgramTellsInOneLineWhyItFailedAndWhatItDoesWhenAsked) {

@@ -83,10 +83,13 @@ TEST_F(StartupTest, LeftoversOfARunThatWasCutOffAreDealtWithInTheirOrder) {
                 UnorderedElementsAre("Main.bak.dta", "Plugins.tmp", "plugins.bak"))
         << "what can't be merged stays";
     WriteFile(InConfig("plugins.bak"),
-              "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\" + kGpuKey + "]\r\n\"v\"=\"the user's\"\r\n");
+              "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\" + kGpuKey +
+                  "]\r\n\"v\"=\"the user's\"\r\n[HKEY_CURRENT_USER\\Software\\velto\\Settings]\r\n"
+                  "\"epsxe\"=\"a stranger's\"\r\n");
     WriteFile(InConfig("plugins.tmp"), "");
     Start();
     EXPECT_THAT(StringOf(kGpuKey, "v"), Optional("the user's"s));
+    EXPECT_NE(CVeltoSettings().GetEmulatorPath(), "a stranger's");
     EXPECT_THAT(lines, IsSupersetOf(
                            {"plugins.bak detected.  Now resetting registry and deleteing the file"s,
                             "plugins.tmp detected... deleteing."s}));

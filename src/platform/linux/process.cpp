@@ -141,7 +141,7 @@ class LinuxProcesses : public ProcessService {
         strays_->Collect();
         auto command = CommandOf(request);
         if (!command.ok()) return command.error();
-        ChildPlan plan(std::move(command).value(), ChildEnvironment());
+        ChildPlan plan(std::move(command).value(), ChildEnvironment(request));
         plan.folder = request.folder;
         plan.ends_with_parent = request.ends_with_parent;
         plan.descriptors = request.descriptors;
@@ -177,8 +177,9 @@ class LinuxProcesses : public ProcessService {
         return command;
     }
 
-    std::vector<std::string> ChildEnvironment() const {
-        const auto& own = environment_.child_variables;
+    std::vector<std::string> ChildEnvironment(const ProcessRequest& request) const {
+        auto own = environment_.child_variables;
+        own.insert(own.end(), request.variables.begin(), request.variables.end());
         std::vector<std::string> result;
         for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
             const std::string_view text(*entry);
@@ -186,10 +187,11 @@ class LinuxProcesses : public ProcessService {
             const bool replaced = std::any_of(own.begin(), own.end(), [&](const auto& variable) {
                 return variable.first == name;
             });
-            if (!replaced) result.emplace_back(text);
+            if (!replaced && name != kMergeScope) result.emplace_back(text);
         }
-        for (const auto& [name, value] : own)
+        for (const auto& [name, value] : own) {
             result.push_back(std::string(name).append("=").append(value));
+        }
         return result;
     }
 
