@@ -1,6 +1,5 @@
 #include "launch/direct_run.h"
 
-#include <tuple>
 #include <utility>
 
 #include "launch/emulator_values.h"
@@ -104,9 +103,7 @@ bool RunDirect(const std::string& name) {
         return false;
     }
 
-    // If they can't be written, the emulator has its former ones.
-    std::ignore = platform::WriteValues(platform::Registry(), config->values);
-    return StartEmulator(settings, config->arguments);
+    return WriteEmulatorValues(name, config->values) && StartEmulator(settings, config->arguments);
 }
 
 }  // namespace velto

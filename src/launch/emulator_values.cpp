@@ -1,9 +1,8 @@
 #include "launch/emulator_values.h"
 
 #include <algorithm>
-#include <tuple>
 
-#include "platform/ascii.h"
+#include "platform/message_box.h"
 #include "store/config_file.h"
 #include "store/option_table.h"
 #include "store/velto_settings.h"
@@ -38,13 +37,11 @@ std::vector<platform::RegistryWrite> EmulatorValues(const OptionTexts& texts, bo
     return writes;
 }
 
-void ApplyToRegistry(ConfigRecord& record) {
-    const auto values = EmulatorValues(TextsOf(record), record.cdrIsMooby);
-    std::ignore = platform::WriteValues(platform::Registry(), values);
-    for (auto* const file :
-         {&record.cdrFileName, &record.spuFileName, &record.gpuFileName, &record.netFileName}) {
-        *file = platform::Upper(*file);
-    }
+bool WriteEmulatorValues(const std::string& name, std::span<const platform::RegistryWrite> values) {
+    const auto written = platform::WriteValues(platform::Registry(), values);
+    if (written.ok()) return true;
+    platform::Report("Unable to write the settings of " + name + ": " + written.error().text);
+    return false;
 }
 
 std::string EmulatorArguments(const std::string& commandLine, bool internalIso,

@@ -6,11 +6,11 @@
 // transaction.
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
 #include "platform/registry.h"
-#include "store/config_record.h"
 #include "store/option_texts.h"
 
 namespace velto {
@@ -20,9 +20,9 @@ namespace velto {
 // empty.
 std::vector<platform::RegistryWrite> EmulatorValues(const OptionTexts& texts, bool imagePlugin);
 
-// Writes the record's values. If they can't be written, the emulator has its former ones. The
-// record's names of plug-ins are in upper case from then on.
-void ApplyToRegistry(ConfigRecord& record);
+// Writes the values of the configuration of this name. False after a message if they can't be
+// written: then the emulator has those of another configuration, and must not be started.
+bool WriteEmulatorValues(const std::string& name, std::span<const platform::RegistryWrite> values);
 
 // The arguments that a configuration gives: `commandLine`, where `NULL` counts as empty, and with
 // the internal image driver " -loadbin " and the image's path between double quotes behind it.

@@ -53,7 +53,9 @@ bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCat
     RestoreFile(document.configDir.Find(name).value_or(file), document.configDir.path(),
                 kConfigurationScope);
     // Behind the merge, which may bring in an image of its own.
-    ApplyToRegistry(document);
+    if (!WriteEmulatorValues(name, EmulatorValues(TextsOf(document), document.cdrIsMooby))) {
+        return false;
+    }
     const auto arguments =
         EmulatorArguments(document.commandLine, document.cdrIsInternalIso, document.imageFileName);
     UnloadOtherPlugins(catalogue, document);

@@ -31,7 +31,8 @@ std::string InCapitals(const OptionRow& /*row*/, const std::string& option) {
     return Upper(option);
 }
 std::string NetPlugin(const OptionRow& /*row*/, const std::string& option) {
-    return option == kUnset ? "DISABLED" : Upper(option);
+    const auto name = Upper(option);
+    return name == kUnset ? "DISABLED" : name;
 }
 std::string OneOrZero(const OptionRow& row, const std::string& option) {
     return IsOn(row, option) ? "1" : "0";

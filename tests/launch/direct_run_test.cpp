@@ -13,6 +13,7 @@
 #include "platform/instance.h"
 #include "store/velto_settings.h"
 #include "support/documents.h"
+#include "support/failing_registry.h"
 #include "support/home_test.h"
 #include "support/run_program.h"
 
@@ -73,7 +74,7 @@ class DirectRunTest : public HomeTest {
     const TemporaryFolder runtime;
 };
 
-TEST_F(DirectRunTest, ShowsTheEmulatorIfItsLogWindowIsOffOrTellsWhereItLookedForIt) {
+TEST_F(DirectRunTest, ShowsTheEmulatorIfItsLogWindowIsOffOrTellsWhyThereIsNone) {
     WriteConfig("Game");
     const auto file = InConfig("Game.dta");
     WriteFile(file, ReadFile(file) +
@@ -91,6 +92,9 @@ TEST_F(DirectRunTest, ShowsTheEmulatorIfItsLogWindowIsOffOrTellsWhereItLookedFor
     }
     CVeltoSettings().SetEmulatorPath("C:\\missing.exe");
     ExpectRefused("Game", "Error: Unable to locate Epsxe at C:\\missing.exe");
+    FailingRegistry full(*registry, RegistryCall::Step, "", 0);
+    const auto on_full_disk = With(full);
+    ExpectRefused("Game", "Error: Unable to write the settings of Game: as the test wants it");
 }
 
 TEST_F(DirectRunTest, ARefusalComesBeforeTheMergeIfThereIsNoFileElseBehindIt) {

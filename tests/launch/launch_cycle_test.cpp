@@ -11,6 +11,7 @@
 #include "platform/libraries.h"
 #include "regedit/regedit.h"
 #include "store/document_test.h"
+#include "support/failing_registry.h"
 #include "support/run_program.h"
 
 namespace velto::test {
@@ -148,12 +149,21 @@ TEST_F(LaunchTest, TheStepsComeInTheirOrder) {
     EXPECT_EQ(processes.requests[3].folder, home_folder.path());
     EXPECT_TRUE(processes.requests[2].ends_with_parent && !processes.requests[3].ends_with_parent);
     EXPECT_THAT(ReadFile(InHome("saved")), testing::HasSubstr("\"v\"=\"the user's\""));
-    EXPECT_EQ(document.gpuFileName, "GPU.SO");
+    EXPECT_EQ(document.gpuFileName, "Gpu.so") << "a launch changes nothing in it";
     EXPECT_TRUE(document.dirty);
 }
 
 TEST_F(LaunchTest, WhatCannotBeStartedIsToldAndTheRestIsDone) {
     Configure({});
+    {
+        FailingRegistry full(*registry, RegistryCall::Step, "", 3);
+        const auto on_full_disk = With(full);
+        EXPECT_FALSE(Run()) << "with the values of another configuration";
+    }
+    EXPECT_THAT(Shown(boxes),
+                ElementsAre("Error: Unable to write the settings of Game: as the test wants it"));
+    EXPECT_EQ(StringOf(kDemoKey, "v"), "the user's");
+    EXPECT_THAT(Files(), ElementsAre("Game.dta"));
     CVeltoSettings().SetEmulatorPath("C:\\missing.exe");
     environment.registry_editor = InHome("missing");
     EXPECT_TRUE(Run());

@@ -175,7 +175,7 @@ TEST(Options, GiveTheDiscIdsInUpperCaseAndNoneWhereNoneIsSet) {
 TEST(Options, AreReadForTheirExactText) {
     const std::pair<std::string, std::string> cases[] = {
         {"gpuFileName = gpu\xE9.dll", "VideoPlugin=GPU\xE9.DLL"},
-        {"netFileName = null", "NetPlugin=NULL"},
+        {"netFileName = null", "NetPlugin=DISABLED"},
         {"driveLetter = \xC4:", "CdromLetter=68"},  // 196 & 127
         {"region = NTSC", "Country=0"},
         {"region = ntsc", "Country=1"},
@@ -198,8 +198,8 @@ TEST(Options, AreReadForTheirExactText) {
 class NewFile : public HomeTest {};
 
 TEST_F(NewFile, HasTheStandardsAndTheEmulatorsPads) {
-    auto record = Load(FileOf("1.67.160")).record;
-    ApplyToRegistry(record);
+    const auto record = Load(FileOf("1.67.160")).record;
+    EXPECT_TRUE(WriteEmulatorValues("Game", EmulatorValues(TextsOf(record), false)));
     const auto file = NewConfigFile("A Group");
     for (const auto& fact : kFacts) {
         const bool pads = (fact.since == kPads || fact.since == kCurrent) && !fact.value.empty();
