@@ -79,6 +79,13 @@ std::optional<DirectConfig> ReadDirectConfig(const CConfigFile& file) {
                                                      (*texts)[Key::imageFileName]))};
 }
 
+void ReportPortable() {
+    platform::Report(
+        "Personal preferences not verified.\n  You need to run this file via the editor at least "
+        "once before using command lines.",
+        "MagicCFG", platform::BoxIcon::None);
+}
+
 bool RunDirect(const std::string& name) {
     const ConfigFolder folder(platform::HostEnvironment().ConfigFolder());
     if (!IsThere(folder, name)) return false;
@@ -91,10 +98,7 @@ bool RunDirect(const std::string& name) {
     auto opened = CConfigFile::Open(folder.PathOf(file));
     const auto text = opened.ok() ? std::move(opened).value() : CConfigFile();
     if (IsPortable(text)) {
-        platform::Report(
-            "Personal preferences not verified.\n  You need to run this file via the editor at "
-            "least once before using command lines.",
-            "MagicCFG", platform::BoxIcon::None);
+        ReportPortable();
         return false;
     }
     const auto config = ReadDirectConfig(text);

@@ -21,6 +21,9 @@ struct DirectConfig {
 // empty, or holds a NUL or more than 65,535 bytes: a direct run repairs no file.
 std::optional<DirectConfig> ReadDirectConfig(const CConfigFile& file);
 
+// Why a portable file isn't launched: it has the paths and plug-ins of another machine.
+void ReportPortable();
+
 // Merges the plug-in lines of `<name>.dta` of the configuration folder into the registry, writes
 // the emulator's values and starts the emulator, without waiting for it. True if it was started.
 // Every refusal is reported by a message box. Once the file was found its plug-in lines are merged,

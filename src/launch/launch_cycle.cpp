@@ -4,6 +4,7 @@
 #include <system_error>
 #include <tuple>
 
+#include "launch/direct_run.h"
 #include "launch/emulator_values.h"
 #include "platform/ascii.h"
 #include "platform/files.h"
@@ -46,7 +47,10 @@ void UnloadOtherPlugins(CPluginCatalogue& catalogue, const ConfigRecord& record)
 
 bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCatalogue& catalogue) {
     if (file.empty() || (document.dirty && !ConfirmLoss())) return false;
-    auto& settings = document.settings;
+    if (document.IsPortable()) {
+        ReportPortable();
+        return false;
+    }
     auto branch = BorrowedBranch::ForRun(document.configDir.path());
     if (!branch) return false;
     const auto name = ConfigFolder::NameOf(file);
@@ -59,7 +63,7 @@ bool LaunchCycle::OnRun(CVeltoDoc& document, const std::string& file, CPluginCat
     const auto arguments =
         EmulatorArguments(document.commandLine, document.cdrIsInternalIso, document.imageFileName);
     UnloadOtherPlugins(catalogue, document);
-    const auto path = settings.GetEmulatorPath();
+    const auto path = document.settings.GetEmulatorPath();
     return Start({path, RequestFor(path, arguments), name, std::move(branch)});
 }
 

@@ -13,20 +13,25 @@ CVeltoDoc::CVeltoDoc(std::string folder, Editor& editor)
 
 bool CVeltoDoc::LoadConfig(const std::string& name) {
     if (std::exchange(reselecting, false)) return false;
-    if (!GiveUpChanges()) return SendBack();
-    if (name.empty()) return true;
-    if (name == kRootGroup) return false;
+    const bool gives_up = dirty;
+    if (gives_up && !(ConfirmLoss() && AcceptLoss())) return SendBack();
+    if (!name.empty() && name != kRootGroup && Read(name)) return false;
+    // What was given up mustn't stay in the record of the configuration that is in hand still.
+    if (gives_up && loaded_name_ != name && Read(loaded_name_)) UpdatePages();
+    return name != kRootGroup;
+}
 
-    const auto opened = OpenConfig(name);
+bool CVeltoDoc::Read(const std::string& name) {
+    auto opened = OpenConfig(name);
     if (!opened.ok()) {
         platform::Report(
             "Unable to open " + ConfigFolder::FileOf(name) + " in folder " + configDir.path(),
             "File Not Found");
-        return true;
+        return false;
     }
-    const auto& file = opened.value();
+    loaded_file_ = std::move(opened).value();
     auto loaded = ReadRecord(
-        file, [&](const std::string& plugin) { return editor_.PluginDisplayName(plugin); });
+        loaded_file_, [&](const std::string& plugin) { return editor_.PluginDisplayName(plugin); });
     static_cast<ConfigRecord&>(*this) = std::move(loaded.record);
     dirty = false;
     loaded_name_ = name;
@@ -37,35 +42,53 @@ bool CVeltoDoc::LoadConfig(const std::string& name) {
             "used for the corrupted values.  It is recommended that you review all settings and "
             "change as necessary",
             "File Corrupted", platform::BoxIcon::Warning);
-    } else if (IsPortable(file)) {
+    } else if (IsPortable()) {
         editor_.AdaptPortable(*this, name);
     }
-    return false;
+    return true;
+}
+
+bool CVeltoDoc::Reload() {
+    const bool read = Read(NameInHand());
+    UpdatePages();
+    return read;
 }
 
 bool CVeltoDoc::WarnIfDirty() {
-    if (!dirty) return false;
-    if (ConfirmLoss() && OnReset()) return false;
-    return SendBack();
+    return !GiveUpChanges() && SendBack();
 }
 
 bool CVeltoDoc::OnApply() {
     const auto name = NameInHand();
-    if (!SaveConfig(name, false, name)) return false;
-    editor_.EnableApplyAndReset(false);
-    return true;
+    if (!MayOverwrite(name)) return false;
+    const bool saved = SaveConfig(name, false, name);
+    // A save that failed behind the change of its file has written it all the same.
+    if (auto written = OpenConfig(name); written.ok()) loaded_file_ = std::move(written).value();
+    if (saved) editor_.EnableApplyAndReset(false);
+    return saved;
+}
+
+// A file that is gone holds nothing that could be lost.
+bool CVeltoDoc::MayOverwrite(const std::string& name) const {
+    if (!IsInHand(name)) return true;
+    const auto present = OpenConfig(name);
+    if (!present.ok() || present.value().text() == loaded_file_.text()) return true;
+    return platform::ConfirmLoss("The configuration " + name +
+                                     " has been changed by another program. Do you want to "
+                                     "overwrite it?",
+                                 "File changed");
 }
 
 bool CVeltoDoc::OnReset() {
-    const auto name = NameInHand();
-    if (!AcceptLoss()) return false;
-    LoadConfig(name);
-    UpdatePages();
-    return true;
+    return AcceptLoss() && Reload();
 }
 
 bool CVeltoDoc::GiveUpChanges() {
-    return !dirty || (ConfirmLoss() && AcceptLoss());
+    if (!dirty) return true;
+    if (!ConfirmLoss() || !AcceptLoss()) return false;
+    // If the file can't be read that has been told, and there is nothing to go back to.
+    std::ignore = Reload();
+    return true;
 }
 
 bool CVeltoDoc::AcceptLoss() {

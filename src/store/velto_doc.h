@@ -10,6 +10,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/files.h"
 #include "platform/result.h"
@@ -45,20 +46,27 @@ class CVeltoDoc : public ConfigRecord {
     // whole.
     bool SaveConfig(const std::string& source, bool magic, const std::string& destination);
 
-    // "Apply Settings": saves the configuration in hand. False after a failure, as above.
+    // "Apply Settings": saves the configuration in hand. If its file isn't what was loaded any
+    // more, the user is asked first. False if he keeps his changes in hand, or after a failure, as
+    // above.
     bool OnApply();
 
-    // "Reset Settings": the configuration in hand as its file has it. False as below.
+    // "Reset Settings": the configuration in hand as its file has it. False, after a message, as
+    // below, or if the file can't be read: then the record stays.
     bool OnReset();
 
-    // For a command that loses unsaved changes: asks, if there are any, and accepts the loss.
-    // False if the command must stop.
+    // For a command that loses unsaved changes: asks, if there are any, and accepts the loss; the
+    // record is as its file has it then. False if the command must stop.
     bool GiveUpChanges();
 
     // The user gives unsaved changes up, pending plug-in settings included. False, after a
     // message, if these can't be removed: then everything stays, or they would reach the next
     // configuration that is saved.
     bool AcceptLoss();
+
+    // Reads the file of the configuration in hand anew, as another program may have changed it. For
+    // a record without unsaved changes. False as OnReset.
+    bool Reload();
 
     void UpdatePages() { editor_.RefreshPages(); }
 
@@ -67,8 +75,13 @@ class CVeltoDoc : public ConfigRecord {
     std::string NameInHand() const;
     // Whether the record is this configuration's.
     bool IsInHand(const std::string& name) const { return loaded_name_ == name; }
-    // The configuration in hand has been renamed.
+    // Its file as it was read or saved last.
+    const CConfigFile& LoadedFile() const { return loaded_file_; }
+    // Whether that is a portable file, which can't be launched. Saves keep its mark.
+    bool IsPortable() const { return velto::IsPortable(loaded_file_); }
+    // The configuration in hand has been renamed, or its file been rewritten, by the editor.
     void FollowRename(const std::string& name) { loaded_name_ = name; }
+    void FollowRewrite(CConfigFile file) { loaded_file_ = std::move(file); }
 
     const ConfigFolder configDir;
     CVeltoSettings settings;
@@ -78,6 +91,9 @@ class CVeltoDoc : public ConfigRecord {
   private:
     platform::Status Save(const std::string& source, bool magic, const std::string& destination);
     static bool ConfirmLoss();
+    bool MayOverwrite(const std::string& name) const;
+    // Takes the file into the record. False, after a message, if it can't be read.
+    bool Read(const std::string& name);
     // True, for the tree, whose way back then loads nothing.
     bool SendBack();
     platform::Result<CConfigFile> OpenConfig(const std::string& name) const;
@@ -85,6 +101,7 @@ class CVeltoDoc : public ConfigRecord {
 
     Editor& editor_;
     std::string loaded_name_;
+    CConfigFile loaded_file_;
     // The next load is the echo of the tree's way back after a refusal.
     bool reselecting = false;
 };

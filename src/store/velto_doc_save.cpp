@@ -70,8 +70,9 @@ Status CVeltoDoc::Save(const std::string& source, bool magic, const std::string&
         lines = std::move(old).value();
     }
 
-    const auto text =
-        platform::ToDiskText(WriteRecord(*this, CopyPluginLines(lines.value_or("")), magic).text());
+    const auto file =
+        WriteRecord(*this, CopyPluginLines(lines.value_or("")), magic || IsPortable());
+    const auto text = platform::ToDiskText(file.text());
     // No load would take it.
     if (text.size() > kLargestConfigFile) {
         return platform::Error{platform::ErrorKind::TooLarge, to.value(), "it is too large"};

@@ -154,6 +154,10 @@ TEST_F(LaunchTest, TheStepsComeInTheirOrder) {
 }
 
 TEST_F(LaunchTest, WhatCannotBeStartedIsToldAndTheRestIsDone) {
+    Configure({"magicCFG = true"});
+    EXPECT_FALSE(Run());
+    EXPECT_THAT(Shown(boxes), ElementsAre(testing::StartsWith("MagicCFG: Personal preferences")));
+    EXPECT_TRUE(processes.requests.empty());
     Configure({});
     {
         FailingRegistry full(*registry, RegistryCall::Step, "", 3);

@@ -125,7 +125,7 @@ TEST_F(MainFrameWindowTest, AnExitSavesChangesOrStaysAndAsksWhetherItMay) {
             });
         }
         {
-            FailingFiles disk(*files, c.disk_full ? 1 : 0, FailingFiles::At::Fail);
+            FailingFiles disk(*files, c.disk_full ? 8 : 0, FailingFiles::At::Fail);
             const auto on_disk = With(disk);
             window->close();
         }

@@ -150,8 +150,27 @@ TEST_F(DocTest, ASaveBringsAFileToTheCurrentVersionAndASecondOneChangesNothing) 
         EXPECT_THAT(saved, HasSubstr("\r\n; "s + line + "\r\n"));
     }
     EXPECT_THAT(saved,
-                testing::AllOf(HasSubstr(kPluginLines), testing::Not(HasSubstr("magicCFG"))));
+                testing::AllOf(HasSubstr(kPluginLines), HasSubstr("\r\n; magicCFG = true\r\n")));
     EXPECT_EQ(Saved(saved), saved);
+}
+
+TEST_F(DocTest, AnotherProgramsEditIsOverwrittenOnlyIfTheUserMeansIt) {
+    editor.selected = "Game";
+    Edit(true);
+    EXPECT_TRUE(document.OnApply());
+    EXPECT_TRUE(document.OnApply()) << "its own save is no other program's";
+    EXPECT_TRUE(boxes.shown.empty());
+    Edit(true);
+    WriteConfig("Game", "theirs");
+    boxes.answers = {platform::BoxAnswer::No, platform::BoxAnswer::Yes};
+    EXPECT_FALSE(document.OnApply());
+    EXPECT_EQ(Config("Game"), "theirs");
+    EXPECT_TRUE(document.dirty && Exists(dump) && boxes.shown.at(0).yes_is_destructive);
+    EXPECT_THAT(Shown(boxes),
+                ElementsAre("File changed: The configuration Game has been changed by "
+                            "another program. Do you want to overwrite it?"));
+    EXPECT_TRUE(document.OnApply());
+    EXPECT_THAT(Config("Game"), HasSubstr("Dumped"));
 }
 
 TEST(CopyPluginLines, KeepsBannersAndRegistryLinesAndDropsTheFirstLine) {

@@ -186,13 +186,21 @@ bool CEpsxeTree::RenameGroup(const TreeNode& node, const std::string& text) {
     if (!lists.Rename(node.text, text, node.parent->text) || !RewriteFiles(node, text)) {
         return false;
     }
-    if (document_.fileGroup == node.text) document_.fileGroup = text;
+    FollowInHand(node.text, text);
     if (!lists.Store(document_.settings)) {
         OnUpdate();
         return false;
     }
     SetText(node, text);
     return true;
+}
+
+// Edits in hand stay unsaved, and the file is what the document knows.
+void CEpsxeTree::FollowInHand(const std::string& from, const std::string& to) {
+    if (document_.fileGroup == from) document_.fileGroup = to;
+    if (auto text = WithGroup(document_.LoadedFile(), from, to)) {
+        document_.FollowRewrite(CConfigFile(*std::move(text)));
+    }
 }
 
 bool CEpsxeTree::RewriteFiles(const TreeNode& group, const std::string& text) {
@@ -241,7 +249,10 @@ bool CEpsxeTree::Drop(const TreeNode& dragged, const TreeItem& target) {
 }
 
 bool CEpsxeTree::MoveConfiguration(const TreeNode& node, const TreeNode& target) {
-    if (!Select({&node}) || !document_.IsInHand(node.text)) return false;
+    // What is selected already isn't loaded by that.
+    const bool was_selected = selected_.node == &node;
+    if (!Select({&node}) || (was_selected && !document_.Reload())) return false;
+    if (!document_.IsInHand(node.text)) return false;
     const auto before = std::exchange(document_.fileGroup, target.text);
     if (!document_.OnApply()) {
         document_.fileGroup = before;

@@ -88,6 +88,7 @@ class CEpsxeTree {
     bool RenameConfiguration(const TreeNode& node, const std::string& text);
     bool RenameGroup(const TreeNode& node, const std::string& text);
     bool RewriteFiles(const TreeNode& group, const std::string& text);
+    void FollowInHand(const std::string& from, const std::string& to);
     void SetText(const TreeNode& node, const std::string& text);
     bool MoveConfiguration(const TreeNode& node, const TreeNode& target);
     bool MoveGroup(const TreeNode& node, const TreeNode& target);

@@ -1,13 +1,11 @@
 #include "shell/tree/group_rewrite.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "platform/files.h"
 #include "platform/line_ends.h"
 #include "platform/replace_file.h"
 #include "platform/waiting.h"
-#include "store/config_file.h"
 #include "store/option_table.h"
 
 namespace velto {
@@ -15,24 +13,6 @@ namespace {
 
 using End = GroupRewrite::End;
 using platform::Status;
-
-// The file's text, with LF line ends, in which the key names the group `to`. Nothing if it doesn't
-// name `from` now.
-std::optional<std::string> WithGroup(const CConfigFile& file, const std::string& from,
-                                     const std::string& to) {
-    const std::string_view key = RowOf(Key::fileGroup).name;
-    if (file.ReadEntry(key) != from) return {};
-    const std::string_view text = file.text();
-    std::size_t begin = 0;
-    for (int line = file.FindEntryLine(key); line > 0; --line) begin = text.find('\n', begin) + 1;
-    const auto end = text.find('\n', begin);
-
-    CConfigFile rewritten;
-    rewritten.WriteText(text.substr(0, begin));
-    rewritten.WriteEntry(key, to);
-    if (end != std::string_view::npos) rewritten.WriteText(text.substr(end + 1));
-    return rewritten.text();
-}
 
 bool Holds(const TreeNode& group, const std::string& file) {
     const auto name = ConfigFolder::NameOf(file);
@@ -54,6 +34,22 @@ Status Add(platform::ReplacementBatch& batch, const ConfigFolder& folder, const 
 }
 
 }  // namespace
+
+std::optional<std::string> WithGroup(const CConfigFile& file, const std::string& from,
+                                     const std::string& to) {
+    const std::string_view key = RowOf(Key::fileGroup).name;
+    if (file.ReadEntry(key) != from) return {};
+    const std::string_view text = file.text();
+    std::size_t begin = 0;
+    for (int line = file.FindEntryLine(key); line > 0; --line) begin = text.find('\n', begin) + 1;
+    const auto end = text.find('\n', begin);
+
+    CConfigFile rewritten;
+    rewritten.WriteText(text.substr(0, begin));
+    rewritten.WriteEntry(key, to);
+    if (end != std::string_view::npos) rewritten.WriteText(text.substr(end + 1));
+    return rewritten.text();
+}
 
 GroupRewrite RewriteGroup(const ConfigFolder& folder, const TreeNode& group,
                           const std::string& to) {

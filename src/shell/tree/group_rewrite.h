@@ -1,9 +1,11 @@
 // The configuration files of a group whose name changes: each names its group in `fileGroup`.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "shell/tree/tree_nodes.h"
+#include "store/config_file.h"
 #include "store/config_folder.h"
 
 namespace velto {
@@ -19,6 +21,11 @@ struct GroupRewrite {
     std::string file{};    // the first one refused: a file name
     std::string reason{};  // the system's text
 };
+
+// The file's text, with LF line ends, in which the key `fileGroup` names the group `to`. Nothing if
+// it doesn't name `from` now.
+std::optional<std::string> WithGroup(const CConfigFile& file, const std::string& from,
+                                     const std::string& to);
 
 // Rewrites all files of the folder that name this group to name `to`: new content is written beside
 // them and flushed together before the first one changes. Killed at any moment, each file is the

@@ -233,9 +233,34 @@ TEST_F(EpsxeTreeTest, TakesInWhatIsNew) {
     EXPECT_EQ(TakeBox(), "");
 }
 
+TEST_F(EpsxeTreeTest, WhatStaysInHandIsAsItsFileHasIt) {
+    const auto by_another_program = [&](const std::string& bios) {
+        WriteFile(PathOf("two"), ConfigText(kFileVersion, {"fileGroup = b", "bios = " + bios}));
+    };
+    ASSERT_TRUE(tree.Select(Item("two")));
+    by_another_program("theirs");
+    EXPECT_TRUE(tree.Drop(Node("two"), Item("c")));
+    EXPECT_THAT(ReadFile(PathOf("two")), HasSubstr("; bios = theirs\r\n"));
+    ASSERT_TRUE(files->Remove(PathOf("one")).ok());
+    for (const auto* command : {"keep", "select one"}) {
+        by_another_program(command);
+        ASSERT_TRUE(tree.Select(Item("two/Sound")));
+        document.bios = "given up";
+        document.dirty = true;
+        boxes.answers = {BoxAnswer::Yes, BoxAnswer::No};
+        if (command == "keep"s) {
+            tree.OnDelete();
+        } else {
+            EXPECT_FALSE(tree.Select(Item("one")));
+        }
+        EXPECT_EQ(Selected() + " " + document.bios, "two/Sound "s + command);
+        EXPECT_FALSE(document.dirty);
+    }
+}
+
 TEST_F(EpsxeTreeTest, WhatIsRefusedLeavesAgreement) {
     ASSERT_TRUE(tree.Select(Item("two")));
-    WithStep(1, [&] { EXPECT_FALSE(tree.Drop(Node("two"), Item("c"))); });
+    WithStep(9, [&] { EXPECT_FALSE(tree.Drop(Node("two"), Item("c"))); });
     EXPECT_THAT(TakeBox(), StartsWith("File Not Found: Unable to save settings to two.dta"));
     EXPECT_EQ(document.fileGroup, "b");
 
