@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "shell/app_startup_window.h"
 #include "shell/main_frame_window.h"
@@ -40,7 +41,9 @@ class EditorModule : public Windows {
     std::unique_ptr<WaitPresenter> waiting_;
 };
 
-std::unique_ptr<EditorModule> module;
+// Owned, but not by the end of the process: when the display goes, the window library ends the
+// program from within, and nothing of it may be destroyed then.
+EditorModule* module = nullptr;
 
 // A run that is under way outlives all windows.
 void EditorModule::RunEditor(const std::string& configDir) {
@@ -68,13 +71,13 @@ void EditorModule::RunEditor(const std::string& configDir) {
 void EditorModule::Close() {
     boxes_->Close();
     waiting_->Close();
-    module.reset();
+    delete std::exchange(module, nullptr);
 }
 
 }  // namespace
 }  // namespace velto
 
 extern "C" velto::Windows* VeltoWindows() {
-    if (!velto::module) velto::module = std::make_unique<velto::EditorModule>();
-    return velto::module.get();
+    if (velto::module == nullptr) velto::module = new velto::EditorModule();
+    return velto::module;
 }

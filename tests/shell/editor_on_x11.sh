@@ -9,7 +9,7 @@ if [ -z "${VELTO_X11:-}" ]; then
 fi
 
 work=$(mktemp -d)
-trap 'jobs -p | xargs -r kill 2>/dev/null; rm -rf "$work"' EXIT
+trap 'jobs -p | xargs -r kill 2> /dev/null || true; rm -rf "$work"' EXIT
 export VELTO_HOME=$work/home XDG_RUNTIME_DIR=$work/runtime XDG_CONFIG_HOME=$work/settings
 unset WAYLAND_DISPLAY QT_QPA_PLATFORM VELTO_DRIVES VELTO_REGEDIT
 # What the window library and the font system keep until the end isn't this program's.
@@ -112,4 +112,18 @@ keys alt+F4
 front 'Exit Velto?'
 keys Return
 wait "$editor" || fail "the editor ended with $?"
+
+Xvfb -displayfd 3 3> "$work/display" > /dev/null 2>&1 &
+server=$!
+eventually [ -s "$work/display" ]
+(
+    export DISPLAY=":$(cat "$work/display")"
+    "$bin/velto" &
+    editor=$!
+    eventually xdotool search --onlyvisible --name '^Velto V1'
+    kill "$server"
+    ended=0
+    wait "$editor" || ended=$?
+    [ "$ended" -gt 0 ] && [ "$ended" -lt 128 ] || fail "without its display the editor ended with $ended"
+)
 if grep -q -e '-unsaved' "$VELTO_HOME/config/"*.dta; then fail 'saved unasked'; fi
