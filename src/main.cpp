@@ -28,6 +28,8 @@ int Run(const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
     // A reader of the messages that is gone must not end what is under way.
     std::signal(SIGPIPE, SIG_IGN);
+    // Nor a limit on the size of files: a write that fails is told.
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return Run({argv + (argc > 0 ? 1 : 0), argv + argc});
     } catch (const std::exception& error) {

@@ -41,17 +41,6 @@ std::optional<OptionTexts> ReadTexts(const CConfigFile& file) {
     return texts;
 }
 
-// Whether the file is there, in exactly this spelling; reports if it isn't.
-bool IsThere(const ConfigFolder& folder, const std::string& name) {
-    const auto file = ConfigFolder::FileOf(name);
-    const auto found = folder.Find(name);
-    if (found == file) return true;
-    auto text = file + " does not exist";
-    if (found) text += ". Remember that names are case sensitive.";
-    platform::Report(text, "File not found");
-    return false;
-}
-
 bool StartEmulator(const CVeltoSettings& settings, const std::string& arguments) {
     const auto path = settings.GetEmulatorPath();
     platform::ProcessRequest request;
@@ -60,9 +49,9 @@ bool StartEmulator(const CVeltoSettings& settings, const std::string& arguments)
     request.folder = platform::HostPath(settings.GetEmulatorFolder());
     request.show =
         settings.IsLogWindowOn() ? platform::ShowState::Hidden : platform::ShowState::Shown;
-    if (platform::Processes().Start(request).ok()) return true;
-    platform::Report("Unable to locate Epsxe at " + path);
-    return false;
+    const auto started = platform::Processes().Start(request);
+    if (!started.ok()) ReportNotStarted(path, started.error());
+    return started.ok();
 }
 
 }  // namespace
@@ -88,7 +77,7 @@ void ReportPortable() {
 
 bool RunDirect(const std::string& name) {
     const ConfigFolder folder(platform::HostEnvironment().ConfigFolder());
-    if (!IsThere(folder, name)) return false;
+    if (!folder.CheckIsThere(name, ConfigFolder::FileOf(name))) return false;
 
     CVeltoSettings settings;
     const auto file = ConfigFolder::FileOf(name);
@@ -96,6 +85,10 @@ bool RunDirect(const std::string& name) {
 
     // A file that has vanished by now has no keys.
     auto opened = CConfigFile::Open(folder.PathOf(file));
+    if (!opened.ok() && opened.error().kind != platform::ErrorKind::NotFound) {
+        platform::Report("Unable to read " + file + ": " + opened.error().text);
+        return false;
+    }
     const auto text = opened.ok() ? std::move(opened).value() : CConfigFile();
     if (IsPortable(text)) {
         ReportPortable();

@@ -51,6 +51,11 @@ std::string EmulatorArguments(const std::string& commandLine, bool internalIso,
     return arguments;
 }
 
+void ReportNotStarted(const std::string& path, const platform::Error& reason) {
+    platform::Report("Unable to locate Epsxe at " + path);
+    platform::Note("velto: " + reason.subject + ": " + reason.text);
+}
+
 std::string WithoutGui(const std::string& arguments) {
     return " -nogui " + arguments;
 }

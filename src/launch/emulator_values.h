@@ -29,6 +29,9 @@ bool WriteEmulatorValues(const std::string& name, std::span<const platform::Regi
 std::string EmulatorArguments(const std::string& commandLine, bool internalIso,
                               const std::string& imageFileName);
 
+// Says that the emulator, whose stored path is `path`, can't be started, and on standard error why.
+void ReportNotStarted(const std::string& path, const platform::Error& reason);
+
 // With the flag that starts the emulator without its own window in front.
 std::string WithoutGui(const std::string& arguments);
 

@@ -109,7 +109,7 @@ void LaunchCycle::LaunchThread(Launch& launch) {
     if (emulator.ok()) {
         std::ignore = emulator.value()->Wait();
     } else {
-        platform::Report("Unable to locate Epsxe at " + launch.path);
+        ReportNotStarted(launch.path, emulator.error());
     }
     if (launch.branch) launch.branch->GiveBack();
 }

@@ -34,6 +34,9 @@ void Report(const std::string& text, const std::string& caption = "Error",
 // Asks a question in which Yes loses something. True: Yes.
 bool ConfirmLoss(const std::string& question, const std::string& caption);
 
+// A line on standard error, for what a terminal may have beside a box.
+void Note(const std::string& line);
+
 // For a process without a display: each box is one line `caption: text` on standard error (line
 // breaks as they are), and a question is answered No.
 std::unique_ptr<MessageBoxes> MakeStandardErrorBoxes();

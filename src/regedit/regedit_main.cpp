@@ -130,6 +130,7 @@ int Run(std::span<const std::string> arguments) {
 int main(int argc, char** argv) {
     // A reader of the messages that is gone must not make a merge look failed.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
         return Run(arguments);

@@ -111,9 +111,13 @@ void CAppStartup::RecoverBackups() {
     if (!turn) return;
     if (FindsLeftover(kMainBackup, "main.bak detected.  Deleteing...")) DeleteLeftover(kMainBackup);
     if (FindsLeftover(kPluginsBackup,
-                      "plugins.bak detected.  Now resetting registry and deleteing the file") &&
-        RestoreFile(kPluginsBackup, config_dir_, kPluginsScope) == 0) {
-        DiscardBackup(platform::JoinPath(config_dir_, kPluginsBackup));
+                      "plugins.bak detected.  Now resetting registry and deleteing the file")) {
+        const auto path = platform::JoinPath(config_dir_, kPluginsBackup);
+        const auto info = platform::Files().Info(path);
+        const bool empty = info.ok() && info.value().size == 0;
+        if (empty || RestoreFile(kPluginsBackup, config_dir_, kPluginsScope) == 0) {
+            DiscardBackup(path);
+        }
     }
 }
 

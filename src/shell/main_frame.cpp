@@ -141,20 +141,12 @@ bool CMainFrame::MayClose() {
 }
 
 void CMainFrame::OnHandOver(const std::string& name) {
-    if (!CheckHandedOver(name)) return;
+    if (!document_.configDir.CheckIsThere(name, name)) return;
     // The file may be younger than the tree.
     if (tree_.nodes().Find(name, NodeKind::Configuration) == nullptr) tree_.OnUpdate();
     tree_.SelectByName(name, NodeKind::Configuration);
     const bool selected = SelectedKind() != NodeKind::Group && GetSelectedConfigName() == name;
     if (selected && document_.IsInHand(name)) OnRun();
-}
-
-bool CMainFrame::CheckHandedOver(const std::string& name) const {
-    const auto found = document_.configDir.Find(name);
-    if (found == ConfigFolder::FileOf(name)) return true;
-    const std::string hint = found ? ". Remember that names are case sensitive." : "";
-    platform::Report(name + " does not exist" + hint, "File not found");
-    return false;
 }
 
 std::string CMainFrame::PluginDisplayName(const std::string& fileName) {

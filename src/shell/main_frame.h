@@ -105,8 +105,6 @@ class CMainFrame : public Editor {
     void BypassGui(bool bypass);
     std::string SelectedGroup() const;
     bool MayClose();
-    // The configuration's file is there in this spelling; else a message.
-    bool CheckHandedOver(const std::string& name) const;
 
     CPluginCatalogue& catalogue_;
     LaunchCycle& launch_;

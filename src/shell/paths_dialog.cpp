@@ -1,6 +1,9 @@
 #include "shell/paths_dialog.h"
 
+#include <string>
+
 #include "platform/message_box.h"
+#include "platform/registry.h"
 #include "widgets/file_dialog.h"
 
 namespace velto {
@@ -39,6 +42,15 @@ BytesEdit* AddLocation(QFormLayout& form, const CVeltoSettings& settings,
     return row.field;
 }
 
+// The registry would lose it.
+bool IsTooLong(BytesEdit& field) {
+    if (field.bytes().size() < platform::kTextBuffer) return false;
+    platform::Report("This location is too long.  It can have up to " +
+                     std::to_string(platform::kTextBuffer - 1) + " bytes.");
+    field.setFocus();
+    return true;
+}
+
 }  // namespace
 
 CPathsDlg::CPathsDlg(QWidget* parent) : FormDialog("Set Emulation Paths", parent) {
@@ -50,6 +62,9 @@ CPathsDlg::CPathsDlg(QWidget* parent) : FormDialog("Set Emulation Paths", parent
 }
 
 void CPathsDlg::accept() {
+    for (auto* const field : {emulator_, cutor_, batard_}) {
+        if (IsTooLong(*field)) return;
+    }
     settings_.SetCutorPath(cutor_->bytes());
     settings_.SetEmulatorPath(emulator_->bytes());
     settings_.SetBatardPath(batard_->bytes());
@@ -63,6 +78,7 @@ CTrayIconDlg::CTrayIconDlg(QWidget* parent)
 }
 
 void CTrayIconDlg::accept() {
+    if (IsTooLong(*file_)) return;
     settings_.SetIconFile(file_->bytes());
     platform::Report("You may need restart in order for this change to take effect",
                      "Icon Selection Updated", platform::BoxIcon::None);

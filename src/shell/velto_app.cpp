@@ -1,5 +1,7 @@
 #include "shell/velto_app.h"
 
+#include <chrono>
+#include <thread>
 #include <tuple>
 
 #include "launch/direct_run.h"
@@ -16,6 +18,19 @@ namespace velto {
 namespace {
 
 constexpr std::string_view kDirectFlag = "direct";
+
+// A process that was killed may leave a child that holds its lock until it becomes a program of its
+// own.
+bool IsGoneInAMoment() {
+    constexpr int kTimes = 5;
+    constexpr std::chrono::milliseconds kPause{20};
+    for (int times = 0; times < kTimes; ++times) {
+        std::this_thread::sleep_for(kPause);
+        const auto first = platform::Instance().Acquire();
+        if (first.ok() && first.value()) return true;
+    }
+    return false;
+}
 
 }  // namespace
 
@@ -35,10 +50,7 @@ void CVeltoApp::InitInstance() {
                          ": " + first.error().text);
         return;
     }
-    if (!first.value()) {
-        MeetFirstProcess(flag, parameter);
-        return;
-    }
+    if (!first.value() && !MeetFirstProcess(flag, parameter)) return;
 
     if (!OpenRegistry()) return;
     // If it can't be made, the files in it aren't found.
@@ -50,17 +62,19 @@ void CVeltoApp::InitInstance() {
     }
 }
 
-void CVeltoApp::MeetFirstProcess(const std::string& flag, const std::string& name) {
-    if (flag != kDirectFlag) {
-        platform::Report("Velto is already running.", "Already running");
-        return;
+bool CVeltoApp::MeetFirstProcess(const std::string& flag, const std::string& name) {
+    if (flag == kDirectFlag) {
+        const auto answer = platform::Instance().HandOver(name);
+        if (answer == platform::HandOverResult::Answered) status_ = 0;
+        // What can't be handed over because of its length can't be a file either.
+        if (answer == platform::HandOverResult::Refused && name.size() > platform::kLongestName) {
+            platform::Report(ConfigFolder::FileOf(name) + " does not exist", "File not found");
+        }
+        if (answer != platform::HandOverResult::NoneThere) return false;
     }
-    const auto answer = platform::Instance().HandOver(name);
-    if (answer == platform::HandOverResult::Answered) status_ = 0;
-    // What can't be handed over because of its length can't be a file either.
-    if (answer == platform::HandOverResult::Refused && name.size() > platform::kLongestName) {
-        platform::Report(ConfigFolder::FileOf(name) + " does not exist", "File not found");
-    }
+    if (IsGoneInAMoment()) return true;
+    if (flag != kDirectFlag) platform::Report("Velto is already running.", "Already running");
+    return false;
 }
 
 bool CVeltoApp::OpenRegistry() {

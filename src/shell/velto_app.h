@@ -23,8 +23,9 @@ class CVeltoApp {
     int exitStatus() const { return status_; }
 
   private:
-    // A first process exists: gives it the configuration's name, or tells that it is there.
-    void MeetFirstProcess(const std::string& flag, const std::string& name);
+    // A first process exists: gives it the configuration's name, or tells that it is there. True if
+    // it was none after all, and this one is the first now.
+    bool MeetFirstProcess(const std::string& flag, const std::string& name);
     bool OpenRegistry();
     void RunDirect(const std::string& name);
 

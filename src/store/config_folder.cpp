@@ -5,6 +5,7 @@
 
 #include "platform/file_search.h"
 #include "platform/files.h"
+#include "platform/message_box.h"
 
 namespace velto {
 namespace {
@@ -27,6 +28,19 @@ std::string ConfigFolder::NameOf(std::string_view file) {
 
 std::optional<std::string> ConfigFolder::Find(std::string_view name) const {
     return platform::FindFile(path_, FileOf(name));
+}
+
+bool ConfigFolder::CheckIsThere(const std::string& name, const std::string& subject) const {
+    const auto found = Find(name);
+    if (found == FileOf(name)) return true;
+    if (const auto listed = List();
+        !listed.ok() && listed.error().kind != platform::ErrorKind::NotFound) {
+        platform::Report("Unable to read " + path_ + ": " + listed.error().text);
+        return false;
+    }
+    const auto* const hint = found ? ". Remember that names are case sensitive." : "";
+    platform::Report(subject + " does not exist" + hint, "File not found");
+    return false;
 }
 
 std::string ConfigFolder::Spelled(const std::string& name) const {

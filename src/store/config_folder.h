@@ -35,6 +35,9 @@ class ConfigFolder {
     // The file that a name means to a user, as it is spelled in the folder: the exact one first,
     // else one that differs in case. Nothing if there is none.
     std::optional<std::string> Find(std::string_view name) const;
+    // Whether the file of that name is there in exactly this spelling. Reports, calling it
+    // `subject`, if it isn't, or if the folder can't be read.
+    bool CheckIsThere(const std::string& name, const std::string& subject) const;
     // The file of the tree's configuration: the ending alone may be spelled otherwise, as a file
     // whose name differs elsewhere is another configuration. FileOf if there is none.
     std::string Spelled(const std::string& name) const;

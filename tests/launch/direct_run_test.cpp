@@ -119,13 +119,14 @@ TEST_F(DirectRunTest, ARefusalComesBeforeTheMergeIfThereIsNoFileElseBehindIt) {
     WriteConfig("NUL", {"commandLine = -a\0b"s});
     WriteConfig("text too long", {"bios = " + std::string(std::size_t{1} << 16, 'b')});
     WriteFile(InConfig("too large.dta"), std::string(kLargestConfigFile + 1, 'x'));
-    const auto names = {"key missing", "binary", "NUL", "text too long", "too large"};
+    ExpectRefused("too large", "Error: Unable to read too large.dta: larger than 67108864 bytes");
+    const auto names = {"key missing", "binary", "NUL", "text too long"};
     for (const auto* name : names) {
         SCOPED_TRACE(name);
         ExpectRefused(name, "File Corrupted: File Corrupted.  Please repair then try again");
     }
     EXPECT_TRUE(IsMerged());
-    EXPECT_EQ(processes.requests.size(), 1 + names.size()) << "never the emulator";
+    EXPECT_EQ(processes.requests.size(), 2 + names.size()) << "never the emulator";
     EXPECT_EQ(StringOf(kEmulatorConfigKey, "BiosName"), std::nullopt);
 }
 

@@ -11,21 +11,25 @@ namespace {
 class StandardErrorBoxes : public MessageBoxes {
   public:
     BoxAnswer Show(const MessageBox& box) override {
-        // One write, so that lines of several threads and processes don't mix. There is nobody
-        // left to tell if it fails.
-        const std::string line = box.caption + ": " + box.text + "\n";
-        std::string_view rest = line;
-        while (!rest.empty()) {
-            const auto written =
-                Retrying([&] { return write(STDERR_FILENO, rest.data(), rest.size()); });
-            if (written <= 0) break;
-            rest.remove_prefix(static_cast<std::size_t>(written));
-        }
+        Note(box.caption + ": " + box.text);
         return box.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::No;
     }
 };
 
 }  // namespace
+
+// One write, so that lines of several threads and processes don't mix. There is nobody left to tell
+// if it fails.
+void Note(const std::string& line) {
+    const auto text = line + '\n';
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const auto written =
+            Retrying([&] { return write(STDERR_FILENO, rest.data(), rest.size()); });
+        if (written <= 0) break;
+        rest.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
 
 std::unique_ptr<MessageBoxes> MakeStandardErrorBoxes() {
     return std::make_unique<StandardErrorBoxes>();
