@@ -8,7 +8,6 @@
 #include <thread>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "platform/instance.h"
 #include "store/velto_settings.h"

@@ -6,7 +6,6 @@
 #include <atomic>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "platform/libraries.h"
 #include "regedit/regedit.h"

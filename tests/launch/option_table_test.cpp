@@ -2,7 +2,6 @@
 #include "store/option_table.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "launch/direct_run.h"
 #include "launch/emulator_values.h"

@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "platform/file_search.h"
 #include "platform/replace_file.h"
@@ -18,8 +17,7 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 using platform::ErrorKind;
 using platform::ReplaceFile;
-using testing::ElementsAre;
-using testing::Pair;
+using namespace testing;
 
 class FilesTest : public HomeTest {
   protected:

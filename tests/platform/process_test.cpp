@@ -11,7 +11,6 @@
 #include <random>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "platform/linux/descriptor.h"
 #include "support/forked_child.h"

@@ -1,7 +1,6 @@
 #include "plugins/exclusion_dialog.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "support/home_test.h"
 #include "support/windows.h"

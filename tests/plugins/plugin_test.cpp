@@ -5,7 +5,6 @@
 #include <filesystem>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "platform/libraries.h"
 #include "platform/linux/library_messages.h"

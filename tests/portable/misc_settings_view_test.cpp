@@ -2,8 +2,6 @@
 
 #include <QFileDialog>
 
-#include <gtest/gtest.h>
-
 #include "support/documents.h"
 #include "support/home_test.h"
 #include "support/windows.h"

@@ -4,7 +4,6 @@
 #include <tuple>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "support/failing_files.h"
 #include "support/failing_registry.h"
@@ -15,8 +14,7 @@
 namespace velto::test {
 namespace {
 
-using testing::HasSubstr;
-using testing::Pair;
+using namespace testing;
 
 using Arguments = std::vector<std::string>;
 

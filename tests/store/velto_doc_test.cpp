@@ -7,7 +7,6 @@
 #include <tuple>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "store/document_test.h"
 #include "support/failing_files.h"
@@ -17,8 +16,7 @@ namespace velto::test {
 namespace {
 
 using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
+using namespace testing;
 using At = FailingFiles::At;
 
 constexpr const char* kPluginLines =

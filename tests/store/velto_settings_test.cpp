@@ -1,7 +1,6 @@
 #include "store/velto_settings.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "support/failing_registry.h"
 #include "support/home_test.h"
