@@ -71,13 +71,13 @@ void EditorModule::RunEditor(const std::string& configDir) {
 void EditorModule::Close() {
     boxes_->Close();
     waiting_->Close();
-    delete std::exchange(module, nullptr);
+    const std::unique_ptr<EditorModule> ended(std::exchange(module, nullptr));
 }
 
 }  // namespace
 }  // namespace velto
 
 extern "C" velto::Windows* VeltoWindows() {
-    if (velto::module == nullptr) velto::module = new velto::EditorModule();
+    if (velto::module == nullptr) velto::module = std::make_unique<velto::EditorModule>().release();
     return velto::module;
 }

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "platform/message_box.h"
-#include "platform/registry.h"
 #include "widgets/file_dialog.h"
 
 namespace velto {
@@ -44,9 +43,9 @@ BytesEdit* AddLocation(QFormLayout& form, const CVeltoSettings& settings,
 
 // The registry would lose it.
 bool IsTooLong(BytesEdit& field) {
-    if (field.bytes().size() < platform::kTextBuffer) return false;
+    if (field.bytes().size() <= CVeltoSettings::kLongestText) return false;
     platform::Report("This location is too long.  It can have up to " +
-                     std::to_string(platform::kTextBuffer - 1) + " bytes.");
+                     std::to_string(CVeltoSettings::kLongestText) + " bytes.");
     field.setFocus();
     return true;
 }

@@ -26,8 +26,11 @@ class CVeltoSettings {
     // Opens the settings key, after making it if it isn't there.
     CVeltoSettings();
 
+    // Bytes of a text that can be read back.
+    static constexpr std::size_t kLongestText = platform::kTextBuffer - 1;
+
     // Full path of the emulator's executable, of the two other front ends' tools, and of the tray
-    // icon's file. Empty if unset, or longer than 259 bytes.
+    // icon's file. Empty if unset, or longer than that.
     std::string GetEmulatorPath() const { return ReadString("epsxe"); }
     void SetEmulatorPath(std::string_view path) { WriteString("epsxe", path); }
     std::string GetCutorPath() const { return ReadString("cutor"); }

@@ -26,15 +26,19 @@ TEST_F(PathsDialogTest, OkStoresTheFieldsAsTheyStand) {
     for (const auto* file : {"emu/epsxe.exe", "emu/tray.ico"}) WriteFile(InHome(file), "MZ");
     CVeltoSettings settings;
     settings.SetEmulatorPath(InHome("emu/old.exe"));
-    settings.SetCutorPath("D:\\caf\xE9\\cutor.exe");
     CPathsDlg paths;
     paths.show();
     Type(FieldOf(paths, "BATARD Location: (Optional)"), " not tested ");
     Browse(paths, "epsxe");  // gets its ending
-    EXPECT_EQ(settings.GetEmulatorPath(), InHome("emu/old.exe")) << "not before OK";
+    auto& cutor = FieldOf(paths, "EPSXECUTOR Location: (Optional)");
+    cutor.setText(QString(260, 'c'));
+    Click(paths, "OK");
+    EXPECT_EQ(settings.GetEmulatorPath(), InHome("emu/old.exe")) << "not before a whole OK";
+    EXPECT_EQ(Shown(boxes).size(), 1U) << "the registry would lose it";
+    cutor.setText("D:\\cutor.exe");
     Click(paths, "OK");
     EXPECT_EQ(settings.GetEmulatorPath(), InHome("emu/epsxe.exe"));
-    EXPECT_EQ(settings.GetCutorPath(), "D:\\caf\xE9\\cutor.exe");
+    EXPECT_EQ(settings.GetCutorPath(), "D:\\cutor.exe");
     EXPECT_EQ(settings.GetBatardPath(), " not tested ");
 
     settings.SetIconFile(InHome("emu/old.ico"));
