@@ -36,9 +36,9 @@ class LaunchCycle {
     // The button "Launch Epsxe", with the configuration's file and the document that has it in
     // hand. Unsaved changes are asked about, and reach the emulator without being saved. True once
     // the worker is on its way. False if nothing was launched: there is no file, the user says no,
-    // a run is under way in whichever process (all without a word), or after a message the
-    // configuration is a portable one, the user's
-    // state can't be saved or the configuration's values can't be written.
+    // a run is under way in whichever process (all without a word); or, after a message, the
+    // configuration is a portable one, the user's state can't be saved, or the configuration's
+    // values can't be written.
     bool OnRun(CVeltoDoc& document, const std::string& file, CPluginCatalogue& catalogue);
 
     // A plain start of the emulator, whose stored path is `path`, without any of those steps.

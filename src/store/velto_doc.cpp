@@ -61,11 +61,9 @@ bool CVeltoDoc::WarnIfDirty() {
 bool CVeltoDoc::OnApply() {
     const auto name = NameInHand();
     if (!MayOverwrite(name)) return false;
-    const bool saved = SaveConfig(name, false, name);
-    // A save that failed behind the change of its file has written it all the same.
-    if (auto written = OpenConfig(name); written.ok()) loaded_file_ = std::move(written).value();
-    if (saved) editor_.EnableApplyAndReset(false);
-    return saved;
+    if (!SaveConfig(name, false, name)) return false;
+    editor_.EnableApplyAndReset(false);
+    return true;
 }
 
 // A file that is gone holds nothing that could be lost.

@@ -70,15 +70,17 @@ Status CVeltoDoc::Save(const std::string& source, bool magic, const std::string&
         lines = std::move(old).value();
     }
 
-    const auto file =
-        WriteRecord(*this, CopyPluginLines(lines.value_or("")), magic || IsPortable());
+    auto file = WriteRecord(*this, CopyPluginLines(lines.value_or("")), magic || IsPortable());
     const auto text = platform::ToDiskText(file.text());
     // No load would take it.
     if (text.size() > kLargestConfigFile) {
         return platform::Error{platform::ErrorKind::TooLarge, to.value(), "it is too large"};
     }
     auto replaced = platform::ReplaceFile(Files(), to.value(), text);
-    if (!replaced.ok() || magic || !pending.value()) return replaced;
+    if (!replaced.ok() || magic) return replaced;
+    // What was written, not what stands there by now: another program may have been quicker.
+    if (IsInHand(destination)) loaded_file_ = std::move(file);
+    if (!pending.value()) return replaced;
     return Files().Remove(PendingDumpPath());
 }
 
